@@ -1,0 +1,8 @@
+#include "zyn/filesys/unit.h"
+
+namespace Zyn_filesys {
+
+void initialization() {}
+void Finalization() {}
+
+}  // namespace Zyn_filesys
