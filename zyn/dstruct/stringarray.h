@@ -192,6 +192,9 @@ class TStringArray : public zyn::platform::TComponent {
   void ShrinkOrGrowInPlace(int Nr);
   int CompareRows(int a, int b, int Col, int ColSec);
   int CompareCells(int col, int a, int b);
+  // One pass of the comb sort at `gap`; true if it exchanged rows.
+  bool SortPass(int gap, int Col, int ColSec, int wrong_way);
+  void PrefetchEntry(std::uint32_t word) const;
   bool FindCellIntern(std::u16string_view FindStr, bool MatchCase, int ColLow, int ColHigh,
                       int RowLow, int RowHigh, int& Col, int& row, bool Exact) const;
   std::u16string FoldedCell(int c, int r, bool MatchCase) const;
