@@ -1,13 +1,14 @@
 #include "zyn/dstruct/stringarray.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
 #include <string>
 
 #include "zyn/platform/casefold.h"
+#include "zyn/platform/val.h"
+#include "zyn/stringl/stringl.h"
 
 namespace Zyn_dstruct {
 namespace {
@@ -62,64 +63,6 @@ inline void Prefetch(const void* p) {
 int CompareUnits(std::u16string_view a, std::u16string_view b) {
   const int c = a.compare(b);
   return c < 0 ? -1 : (c > 0 ? 1 : 0);
-}
-
-// Blanks (' ' only) off both ends.
-std::u16string_view StripBlanks(std::u16string_view s) {
-  while (!s.empty() && s.front() == u' ') s.remove_prefix(1);
-  while (!s.empty() && s.back() == u' ') s.remove_suffix(1);
-  return s;
-}
-
-// A whole decimal number: optional sign, digits with an optional '.', at
-// least one digit, an optional exponent. False for anything else, and for a
-// value beyond the range of a double.
-bool ParseWholeNumber(std::u16string_view s, double& value) {
-  std::string ascii;
-  ascii.reserve(s.size());
-  std::size_t i = 0;
-  auto digits = [&] {
-    std::size_t n = 0;
-    while (i < s.size() && s[i] >= u'0' && s[i] <= u'9') ascii += static_cast<char>(s[i++]), ++n;
-    return n;
-  };
-  bool negative = false;
-  if (i < s.size() && (s[i] == u'+' || s[i] == u'-')) negative = s[i++] == u'-';
-  std::size_t mantissa = digits();
-  if (i < s.size() && s[i] == u'.') {
-    ascii += '.';
-    ++i;
-    mantissa += digits();
-  }
-  if (mantissa == 0) return false;
-  if (i < s.size() && (s[i] == u'e' || s[i] == u'E')) {
-    ascii += 'e';
-    ++i;
-    if (i < s.size() && (s[i] == u'+' || s[i] == u'-')) ascii += static_cast<char>(s[i++]);
-    if (digits() == 0) return false;
-  }
-  if (i != s.size()) return false;
-  // A cell holds at most 255 characters, so the mantissa alone is always in
-  // range; when the whole is not, the exponent says whether it overflowed.
-  const std::size_t exp_at = std::min(ascii.find('e'), ascii.size());
-  double mantissa_value = 0;
-  std::from_chars(ascii.data(), ascii.data() + exp_at, mantissa_value);
-  double v = 0;
-  const auto [end, ec] = std::from_chars(ascii.data(), ascii.data() + ascii.size(), v);
-  if (ec == std::errc::result_out_of_range) {
-    if (exp_at + 1 >= ascii.size()) return false;
-    const char* exp_begin = ascii.data() + exp_at + 1 + (ascii[exp_at + 1] == '+');
-    int exponent = 0;
-    if (std::from_chars(exp_begin, ascii.data() + ascii.size(), exponent).ec != std::errc()) {
-      exponent = *exp_begin == '-' ? -100000 : 100000;
-    }
-    if (std::log10(mantissa_value) + exponent > 0) return false;
-    v = 0.0;
-  } else if (ec != std::errc() || end != ascii.data() + ascii.size()) {
-    return false;
-  }
-  value = negative ? -v : v;
-  return true;
 }
 
 }  // namespace
@@ -221,11 +164,12 @@ void TStringArray::SetString(int c, int r, const ShortString& s) {
 
 double TStringArray::GetAsNumber(int c, int r) const {
   const std::u16string stored = AnsiToString(CellBytes(c, r));
-  std::u16string text(StripBlanks(stored));
-  std::replace(text.begin(), text.end(), u',', u'.');
+  const std::u16string text =
+      Zyn_stringl::ReplaceCharInString(Zyn_stringl::StripLTBlanks(stored), u',', u'.');
   if (text.empty()) return 0.0;
-  double value = 0.0;
-  if (!ParseWholeNumber(text, value)) {
+  int code = 0;
+  const double value = zyn::platform::Val(text, code);
+  if (code != 0) {
     std::u16string message = u"invalid numeric string: [";
     for (char ch : std::to_string(c)) message += static_cast<char16_t>(ch);
     message += u',';
@@ -411,6 +355,20 @@ void TStringArray::Assign(const zyn::platform::TPersistent& Source) {
   FOnBefSortExc.swap(on_before);
   FOnPercentDone.swap(on_percent);
   first_fit_ = source->first_fit_;
+}
+
+void TStringArray::TakeStorage(TStringArray& other) noexcept {
+  std::swap(FNCol, other.FNCol);
+  std::swap(FNRow, other.FNRow);
+  std::swap(FRAllocated, other.FRAllocated);
+  std::swap(FNumPoolAddr, other.FNumPoolAddr);
+  FFirstFree.swap(other.FFirstFree);
+  FPoiArray.swap(other.FPoiArray);
+  FSortIx.swap(other.FSortIx);
+  FStgPool.swap(other.FStgPool);
+  FRowAttrib.swap(other.FRowAttrib);
+  FColAttrib.swap(other.FColAttrib);
+  std::swap(first_fit_, other.first_fit_);
 }
 
 void TStringArray::AssignTo(zyn::platform::TPersistent& Dest) const {
