@@ -19,6 +19,7 @@
 #include "zyn/dstruct/unit.h"
 #include "zyn/platform/object.h"
 #include "zyn/platform/text.h"
+#include "zyn/platform/textfile.h"
 
 namespace Zyn_dstruct {
 
@@ -156,6 +157,24 @@ class TStringArray : public zyn::platform::TComponent {
   // Copies the texts and the attribute of row Source to row Target.
   void CopyRow(int Source, int Target);
 
+  // --- The XML form (docs/stringarray_xml.md) -------------------------------
+
+  // Writes the table as a block with the identifier DataID, preceded by an
+  // XML declaration if CreateHeader is true; the file stays open. Failures of
+  // the file raise EInOutError.
+  void WriteToOpenXMLFile(zyn::platform::Textfile& f, bool CreateHeader,
+                          std::u16string_view DataID) const;
+  // Creates (or empties) the file FName and writes the table to it.
+  void SaveAsXMLFile(std::u16string_view FName, std::u16string_view DataID) const;
+  // Reads on from the file's position to the block with the identifier
+  // DataID (without regard to ASCII case; empty takes the next block) and
+  // loads it. False if there is none or it is damaged: the table is then
+  // unchanged. On success OnChange fires once. EInOutError passes through.
+  bool ReadFromOpenXMLFile(zyn::platform::Textfile& f, std::u16string_view DataID);
+  // ReadFromOpenXMLFile from the start of the file FName; False also if the
+  // file can't be read.
+  bool LoadFromXMLFile(std::u16string_view FName, std::u16string_view DataID);
+
   // --- Events --------------------------------------------------------------
 
   const zyn::platform::TNotifyEvent& OnChange() const { return FOnChange; }
@@ -199,6 +218,9 @@ class TStringArray : public zyn::platform::TComponent {
                       int RowLow, int RowHigh, int& Col, int& row, bool Exact) const;
   std::u16string FoldedCell(int c, int r, bool MatchCase) const;
   void ResetPlacementHints();
+  // Takes over the cells, pools, index and attributes of `other`, giving it
+  // this table's; events and AllocRowsBy stay.
+  void TakeStorage(TStringArray& other) noexcept;
 
   int FNCol = 1;
   int FNRow = 1;
