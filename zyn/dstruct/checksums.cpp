@@ -454,6 +454,34 @@ TSHACode SHA1FromString(std::u16string_view s) {
   return context.Finish();
 }
 
+std::uint32_t CalcCRC32ofFile(std::u16string_view FileName) {
+  std::uint32_t crc = 0xFFFFFFFF;
+  try {
+    zyn::platform::TFileStream file(FileName, zyn::platform::fmOpenRead);
+    std::array<std::uint8_t, 4096> block;
+    for (int n; (n = file.Read(block.data(), static_cast<int>(block.size()))) > 0;) {
+      crc = UpdateCrc32(crc, block.data(), std::min(static_cast<std::size_t>(n), block.size()));
+    }
+  } catch (...) {
+    crc = 0xFFFFFFFF;  // every failure reads as the CRC of nothing
+  }
+  return ~crc;
+}
+
+TSHACode SHA1FromStream(zyn::platform::TStream& Stream) {
+  Sha1Context context;
+  std::array<std::uint8_t, 1024> block;
+  for (int n; (n = Stream.Read(block.data(), static_cast<int>(block.size()))) > 0;) {
+    context.Update(std::span(block).first(std::min(static_cast<std::size_t>(n), block.size())));
+  }
+  return context.Finish();
+}
+
+TSHACode SHA1FromFile(std::u16string_view FileName) {
+  zyn::platform::TFileStream file(FileName, zyn::platform::fmOpenRead);
+  return SHA1FromStream(file);
+}
+
 std::u16string SHA1DigestToHex(const TSHACode& digest) {
   constexpr char16_t kDigits[] = u"0123456789ABCDEF";
   std::u16string hex;
@@ -463,6 +491,80 @@ std::u16string SHA1DigestToHex(const TSHACode& digest) {
     hex += kDigits[b & 0xF];
   }
   return hex;
+}
+
+void EncodeASCII85(zyn::platform::TStream& Source, zyn::platform::TStream& Dest) {
+  std::array<std::uint8_t, 4> group;
+  for (;;) {
+    const int n = std::min(Source.Read(group.data(), 4), 4);
+    if (n <= 0) break;
+    if (n == 4 && group == std::array<std::uint8_t, 4>{}) {
+      Dest.Write("z", 1);
+      continue;
+    }
+    // A short group is its own number: n + 1 digits hold any n bytes.
+    std::uint32_t value = 0;
+    for (int i = 0; i < n; ++i) value = value << 8 | group[i];
+    std::array<char, 5> digits;
+    for (int i = n; i >= 0; --i) {
+      digits[i] = static_cast<char>('!' + value % 85);
+      value /= 85;
+    }
+    Dest.Write(digits.data(), n + 1);
+    if (n < 4) break;
+  }
+  Dest.Write("~>", 2);
+}
+
+int DecodeASCII85(zyn::platform::TStream& Source, zyn::platform::TStream& Dest) {
+  // The next character that is not CR or LF; false at the end of the source.
+  auto next = [&Source](std::uint8_t& c) {
+    for (;;) {
+      if (Source.Read(&c, 1) <= 0) return false;
+      if (c != '\r' && c != '\n') return true;
+    }
+  };
+  int status = 0;
+  std::array<std::uint8_t, 5> group;
+  while (next(group[0])) {
+    if (group[0] == 'z') {
+      constexpr std::array<std::uint8_t, 4> kZeros{};
+      Dest.Write(kZeros.data(), 4);
+      continue;
+    }
+    int held = 1;
+    bool last = false;
+    while (held < 5 && !last) {
+      if (next(group[held])) {
+        ++held;
+      } else {
+        last = true;  // source exhausted inside the group
+      }
+    }
+    int digits = held;
+    for (int i = held - 1; i >= 0; --i) {
+      if (group[i] == '~') {
+        digits = i;
+        last = true;
+        break;
+      }
+    }
+    std::uint32_t sum = 0;
+    for (int i = 0; i < digits; ++i) {
+      const std::uint8_t c = group[i];
+      if (c < '!' || c > 'u') status = c == 'z' ? -2 : -1;
+      sum = sum * 85u + static_cast<std::uint32_t>(c - '!');  // wraps, as the format allows
+    }
+    if (digits >= 2) {
+      std::array<std::uint8_t, 4> bytes;
+      for (int i = 0; i < digits - 1; ++i) {
+        bytes[i] = static_cast<std::uint8_t>(sum >> (8 * (digits - 2 - i)));
+      }
+      Dest.Write(bytes.data(), digits - 1);
+    }
+    if (last) break;
+  }
+  return status;
 }
 
 }  // namespace Zyn_dstruct

@@ -15,6 +15,7 @@
 #include <string_view>
 
 #include "zyn/base/zynbase.h"
+#include "zyn/platform/stream.h"
 
 namespace Zyn_dstruct {
 
@@ -44,6 +45,10 @@ std::uint32_t CalcNextCRC32(std::uint8_t b, std::uint32_t crc);
 // beyond the buffer is cut to its length.
 std::uint32_t CRC32ofBuffer(std::span<const std::uint8_t> buffer, int count);
 
+// The CRC-32 of the whole file `FileName`, opened for reading only. Any
+// failure (missing, unreadable) gives 0, as an empty file does; never throws.
+std::uint32_t CalcCRC32ofFile(std::u16string_view FileName);
+
 // SHA-1 of the UTF-16 code units of `s`, each as two bytes, low byte first,
 // with no terminator.
 TSHACode SHA1FromString(std::u16string_view s);
@@ -51,8 +56,32 @@ TSHACode SHA1FromString(std::u16string_view s);
 // SHA-1 of a byte sequence; the same digest the stream and file forms give.
 TSHACode SHA1FromBytes(std::span<const std::uint8_t> bytes);
 
+// SHA-1 of everything from the stream's position until Read delivers 0
+// bytes, read in blocks of up to 1024 bytes. The position is not restored;
+// the stream's exceptions pass through.
+TSHACode SHA1FromStream(zyn::platform::TStream& Stream);
+
+// SHA-1 of the whole file, read through a TFileStream in mode 0 (read only).
+// A file that can't be opened raises the stream's EFOpenError.
+TSHACode SHA1FromFile(std::u16string_view FileName);
+
 // The 20 bytes from index 0 upward as 40 upper-case hexadecimal digits.
 std::u16string SHA1DigestToHex(const TSHACode& digest);
+
+// Writes `Source`, from its position to its end, to `Dest` in this library's
+// ASCII85 variant: each group of 4 bytes as 5 digits "!".."u" (all zero: "z");
+// a last group of n < 4 bytes as the n + 1 digits of its own value, not
+// padded; then always "~>". No "<~", no line breaks. "abc" -> "+B>H~>",
+// "A" -> "!b~>". The streams' exceptions pass through.
+void EncodeASCII85(zyn::platform::TStream& Source, zyn::platform::TStream& Dest);
+
+// Reads this library's ASCII85 from `Source` up to and including the group
+// that holds a "~" (or to its end) and writes the bytes to `Dest`. CR and LF
+// are skipped; any other character outside "!".."u" still counts as a digit.
+// Returns 0 for clean input, else the code of the last bad character: -1
+// outside the alphabet, -2 for a "z" inside a group. Never throws for bad
+// input; the streams' exceptions pass through.
+int DecodeASCII85(zyn::platform::TStream& Source, zyn::platform::TStream& Dest);
 
 }  // namespace Zyn_dstruct
 
