@@ -170,24 +170,52 @@ std::size_t ClampedCount(std::span<const std::uint8_t> buffer, int count) {
 using Sha1State = std::array<std::uint32_t, 5>;
 using Sha1Compressor = void (*)(Sha1State& state, const std::uint8_t* blocks, std::size_t count);
 
+// One SHA-1 round of group kGroup: e takes the sum, b its rotation. Called with
+// the five words in turn rotated, so no word moves between rounds.
+template <int kGroup>
+inline void Sha1Round(std::uint32_t a, std::uint32_t& b, std::uint32_t c, std::uint32_t d,
+                      std::uint32_t& e, std::uint32_t w) {
+  std::uint32_t f;
+  std::uint32_t k;
+  if constexpr (kGroup == 0) {
+    f = d ^ (b & (c ^ d));
+    k = 0x5A827999;
+  } else if constexpr (kGroup == 1) {
+    f = b ^ c ^ d;
+    k = 0x6ED9EBA1;
+  } else if constexpr (kGroup == 2) {
+    f = (b & c) | (d & (b | c));
+    k = 0x8F1BBCDC;
+  } else {
+    f = b ^ c ^ d;
+    k = 0xCA62C1D6;
+  }
+  e += std::rotl(a, 5) + f + k + w;
+  b = std::rotl(b, 30);
+}
+
+template <int kGroup>
+inline void Sha1Rounds20(std::uint32_t& a, std::uint32_t& b, std::uint32_t& c, std::uint32_t& d,
+                         std::uint32_t& e, const std::uint32_t* w) {
+  for (int t = 0; t < 20; t += 5) {
+    Sha1Round<kGroup>(a, b, c, d, e, w[t]);
+    Sha1Round<kGroup>(e, a, b, c, d, w[t + 1]);
+    Sha1Round<kGroup>(d, e, a, b, c, w[t + 2]);
+    Sha1Round<kGroup>(c, d, e, a, b, w[t + 3]);
+    Sha1Round<kGroup>(b, c, d, e, a, w[t + 4]);
+  }
+}
+
 void Sha1CompressPortable(Sha1State& state, const std::uint8_t* blocks, std::size_t count) {
   std::array<std::uint32_t, 80> w{};
   for (; count > 0; --count, blocks += 64) {
     for (int t = 0; t < 16; ++t) w[t] = LoadBigEndian32(blocks + 4 * t);
     for (int t = 16; t < 80; ++t) w[t] = std::rotl(w[t - 3] ^ w[t - 8] ^ w[t - 14] ^ w[t - 16], 1);
     std::uint32_t a = state[0], b = state[1], c = state[2], d = state[3], e = state[4];
-    auto round = [&](int t, std::uint32_t f, std::uint32_t k) {
-      const std::uint32_t next = std::rotl(a, 5) + f + e + k + w[t];
-      e = d;
-      d = c;
-      c = std::rotl(b, 30);
-      b = a;
-      a = next;
-    };
-    for (int t = 0; t < 20; ++t) round(t, (b & c) | (~b & d), 0x5A827999);
-    for (int t = 20; t < 40; ++t) round(t, b ^ c ^ d, 0x6ED9EBA1);
-    for (int t = 40; t < 60; ++t) round(t, (b & c) | (b & d) | (c & d), 0x8F1BBCDC);
-    for (int t = 60; t < 80; ++t) round(t, b ^ c ^ d, 0xCA62C1D6);
+    Sha1Rounds20<0>(a, b, c, d, e, w.data());
+    Sha1Rounds20<1>(a, b, c, d, e, w.data() + 20);
+    Sha1Rounds20<2>(a, b, c, d, e, w.data() + 40);
+    Sha1Rounds20<3>(a, b, c, d, e, w.data() + 60);
     state[0] += a;
     state[1] += b;
     state[2] += c;

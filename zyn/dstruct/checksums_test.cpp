@@ -118,18 +118,6 @@ TEST(ChecksumsTest, CountsOutsideTheBuffer) {
   EXPECT_EQ(CRC16ofBuffer(check, 100, crcCCITT), 0x29B1);
 }
 
-TEST(ChecksumsTest, StepsByHandAgreeWithTheBufferForms) {
-  const auto bytes = RandomBytes(100, 7);
-  std::uint32_t crc32_value = 0xFFFFFFFF;
-  std::uint16_t crc16_value = 0xFFFF;
-  for (std::uint8_t b : bytes) {
-    crc32_value = CalcNextCRC32(b, crc32_value);
-    crc16_value = CalcNextCRC16(b, crc16_value);
-  }
-  EXPECT_EQ(~crc32_value, CRC32ofBuffer(bytes, 100));
-  EXPECT_EQ(crc16_value, CRC16ofBuffer(bytes, 100, crcCCITT));
-}
-
 TEST(ChecksumsTest, Crc32MatchesZlibAtEveryLengthAndOffset) {
   const auto bytes = RandomBytes(1 << 20, 11);
   OnBothPaths([&] {
