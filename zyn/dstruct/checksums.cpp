@@ -382,6 +382,7 @@ Sha1Compressor ChooseSha1Compressor() {
 class Sha1Context {
  public:
   void Update(std::span<const std::uint8_t> bytes) {
+    if (bytes.empty()) return;
     bit_count_ += static_cast<std::uint64_t>(bytes.size()) * 8;
     const std::uint8_t* p = bytes.data();
     std::size_t n = bytes.size();
