@@ -5,6 +5,7 @@
 
 #include "zyn/base/zynbase.h"
 #include "zyn/platform/casefold.h"
+#include "zyn/platform/textfile.h"
 #include "zyn/stringl/unit.h"
 
 namespace Zyn_stringl {
@@ -528,6 +529,51 @@ class Matcher {
   std::int32_t& match_end_;
 };
 
+// The labels of the printed table, by Action: eleven characters each.
+constexpr std::u16string_view kTokenLabels[] = {
+    u" taNormal: ", u"taAnyByte: ", u"    taEol: ", u"    taBol: ",
+    u"    taSet: ", u"  taMult0: ", u"  taMult1: ", u"   taOpti: ",
+};
+
+void AppendMembers(std::u16string& line, const TCharArr256& params) {
+  for (std::size_t code = 0; code < params.size(); ++code) {
+    if (params[code] == kMember) line += static_cast<char16_t>(code);
+  }
+}
+
+void AppendChars(std::u16string& line, const TGrepToken& token) {
+  line.append(&token.Params[1], static_cast<std::size_t>(std::max(token.NumChars, 0)));
+}
+
+// One line of the printed table: the label, then what the token holds.
+std::u16string TokenLine(const TGrepToken& token) {
+  std::u16string line(kTokenLabels[token.Action]);
+  switch (token.Action) {
+    case taNormal:
+      AppendChars(line, token);
+      break;
+    case taSet:
+      AppendMembers(line, token.Params);
+      break;
+    case taMult0:
+    case taMult1:
+    case taOpti:
+      if (token.NumChars < 0) {
+        line += u"(set) ";
+        AppendMembers(line, token.Params);
+      } else if (token.NumChars == 0) {
+        line += u"(anychar) ";
+      } else {
+        line += u"(string) ";
+        AppendChars(line, token);
+      }
+      break;
+    default:
+      break;
+  }
+  return line;
+}
+
 }  // namespace
 
 std::u16string_view GrepErrorText(int Error) {
@@ -595,6 +641,17 @@ bool TGrep::MatchString(std::u16string_view text, int& startPos) {
   }
   FMatchStartPos = startPos = first.ValidFrom;
   return found;
+}
+
+void TGrep::PrintRegExp(std::u16string_view fileName) const {
+  zyn::platform::Textfile file;
+  file.Assign(fileName);
+  file.Rewrite();
+  for (int t = 0; t < FLengRegExp; ++t) {
+    file.WriteLn(TokenLine(FregExp[static_cast<std::size_t>(t)]));
+  }
+  file.WriteLn(GrepErrorText(FError));
+  file.Close();
 }
 
 }  // namespace Zyn_stringl

@@ -110,6 +110,11 @@ class TGrep : public zyn::platform::TComponent {
   // Allocates nothing and raises nothing.
   bool MatchString(std::u16string_view text, int& startPos);
 
+  // Writes one line per token and a line with the text of LastError() to
+  // the text file `fileName`, replacing it. Lets the platform's input/output
+  // exception through when the file can't be created or written.
+  void PrintRegExp(std::u16string_view fileName) const;
+
  private:
   int FLengRegExp = 0;
   bool FStopOnError = true;

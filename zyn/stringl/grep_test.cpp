@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "testing/zyn_testing.h"
+#include "zyn/platform/textfile.h"
 #include "zyn/stringl/unit.h"
 
 namespace Zyn_stringl {
@@ -502,6 +503,34 @@ TEST(GrepMatchTest, SkippedAttemptsChangeNothing) {
       }
     }
   }
+}
+
+TEST(GrepPrintTest, OneLinePerTokenAndTheError) {
+  zyn::testing::TempDir dir;
+  const std::u16string name = zyn::platform::FromUTF8((dir / "table.txt").string());
+  TGrep grep;
+  grep.SetStopOnError(false);
+  grep.SetRegExp(u"^a.bc[x-z]*(de)+.?[\\#41]?$");
+  grep.PrintRegExp(name);
+  EXPECT_EQ(zyn::testing::ReadFileBytes(dir / "table.txt"),
+            "    taBol: \r\n"
+            " taNormal: a\r\n"
+            "taAnyByte: \r\n"
+            " taNormal: bc\r\n"
+            "  taMult0: (set) xyz\r\n"
+            "  taMult1: (string) de\r\n"
+            "   taOpti: (anychar) \r\n"
+            "   taOpti: (set) A\r\n"
+            "    taEol: \r\n"
+            "no errors\r\n");
+
+  grep.SetRegExp(u"a[b]c[]");
+  grep.PrintRegExp(name);  // replaces the file
+  EXPECT_EQ(zyn::testing::ReadFileBytes(dir / "table.txt"),
+            " taNormal: a\r\n    taSet: b\r\n taNormal: c\r\n    taSet: \r\nempty set\r\n");
+
+  EXPECT_THROW(grep.PrintRegExp(zyn::platform::FromUTF8((dir / "no" / "such.txt").string())),
+               zyn::platform::EInOutError);
 }
 
 }  // namespace
