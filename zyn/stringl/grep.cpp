@@ -340,8 +340,6 @@ class Matcher {
         fold_(fold),
         match_end_(match_end) {}
 
-  int Length() const { return len_; }
-
   // Tries token `t` at position `p` and, if it passes, the tokens behind it.
   bool Match(int p, int t) {
     TGrepToken& token = Token(t);
