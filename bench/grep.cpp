@@ -9,6 +9,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <regex>
 #include <string>
 #include <string_view>
