@@ -46,11 +46,6 @@ struct NumText {
   std::u16string ToString() const { return std::u16string(chars.data(), chars.data() + size); }
 };
 
-NumText StrText(double x, int width, int decimals) {
-  NumText t;
-  t.size = StrToBuffer(x, width, decimals, t.str_area());
-  return t;
-}
 
 // Zero-fill of a negative strff width: leading blanks become "0" and a "-"
 // behind them moves to the front.
@@ -67,7 +62,7 @@ NumText StrffText(double x, int width, int decimals) {
   const int field = std::abs(Limit(width));
   NumText t;
   if (decimals == -2 && std::isfinite(x)) {
-    t = StrText(x, field + 2, -2);
+    t.size = StrToBuffer(x, field + 2, -2, t.str_area());
     // Drop the first two of the four exponent digits; if they aren't "00"
     // the number doesn't fit and the field shows only "*".
     char* exponent = t.data() + t.size - 4;
@@ -77,7 +72,7 @@ NumText StrffText(double x, int width, int decimals) {
     t.size -= 2;
     if (!fits) std::memset(t.data(), '*', t.size);
   } else {
-    t = StrText(x, field, decimals);
+    t.size = StrToBuffer(x, field, decimals, t.str_area());
   }
   if (width < 0) ZeroFill(t);
   return t;
