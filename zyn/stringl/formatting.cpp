@@ -46,7 +46,6 @@ struct NumText {
   std::u16string ToString() const { return std::u16string(chars.data(), chars.data() + size); }
 };
 
-
 // Zero-fill of a negative strff width: leading blanks become "0" and a "-"
 // behind them moves to the front.
 void ZeroFill(NumText& t) {
