@@ -200,7 +200,8 @@ std::u16string SigDigStr(double x, int width, int sig, bool strip) {
 }
 
 std::u16string AutoFormatData(double x, int sig) {
-  const std::string_view text = TrimmedText(AutoFormatText(x, sig));
+  const NumText t = AutoFormatText(x, sig);
+  const std::string_view text = TrimmedText(t);
   return std::u16string(text.begin(), text.end());
 }
 
