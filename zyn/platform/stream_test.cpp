@@ -152,13 +152,23 @@ TEST(FileStreamTest, MixedReadsWritesAndSeeksMatchAMemoryModel) {
   };
   std::int64_t pos = 0;
   std::vector<char> buf(200000);
-  for (int step = 0; step < 300; ++step) {
+  for (int step = 0; step < 400; ++step) {
     SCOPED_TRACE(step);
     const auto target = static_cast<std::int64_t>(next(static_cast<std::uint32_t>(model.size())));
-    const int count = static_cast<int>(next(step % 10 == 0 ? 150000 : 100));
+    const int count = static_cast<int>(next(step % 10 == 0 ? 150000 : 100000));
     ASSERT_EQ(f.Seek(target, soBeginning), target);
     pos = target;
-    if (next(2) == 0) {
+    const std::uint32_t kind = next(3);
+    if (kind == 2) {  // byte by byte, through the window and past its end
+      for (int i = 0; i < count; ++i) {
+        std::uint8_t b = 0;
+        const bool got = f.ReadByte(b);
+        ASSERT_EQ(got, pos < std::ssize(model));
+        if (!got) break;
+        ASSERT_EQ(static_cast<char>(b), model[static_cast<std::size_t>(pos)]);
+        ++pos;
+      }
+    } else if (kind == 0) {
       const int got = f.Read(buf.data(), count);
       const int want = static_cast<int>(std::min<std::int64_t>(count, std::ssize(model) - pos));
       ASSERT_EQ(got, want);
@@ -203,6 +213,33 @@ TEST(MemoryStreamTest, FileRoundTrip) {
   back.LoadFromFile(Name(dir / "m"));
   EXPECT_EQ(Bytes(back.Memory()), std::string("a\0b", 3));
   EXPECT_EQ(back.Position(), 0);
+}
+
+}  // namespace
+}  // namespace zyn::platform
+
+namespace zyn::platform {
+namespace {
+
+// A class derived from TFileStream sees every byte through its own Read.
+class CountingFileStream : public TFileStream {
+ public:
+  using TFileStream::TFileStream;
+  int Read(void* Buffer, int Count) override {
+    ++reads;
+    return TFileStream::Read(Buffer, Count);
+  }
+  int reads = 0;
+};
+
+TEST(FileStreamTest, ReadByteGoesThroughAnOverriddenRead) {
+  TempDir dir;
+  WriteFileBytes(dir / "f", "abc");
+  CountingFileStream f(Name(dir / "f"), fmOpenRead);
+  std::uint8_t b;
+  while (f.ReadByte(b)) {
+  }
+  EXPECT_EQ(f.reads, 4);
 }
 
 }  // namespace
