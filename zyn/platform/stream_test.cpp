@@ -39,16 +39,6 @@ TEST(MemoryStreamTest, ReadWriteSeekAndGaps) {
   EXPECT_EQ(Bytes(m.Memory()), "ab");
 }
 
-TEST(MemoryStreamTest, ReadBufferRaisesOnShortReadAndKeepsWhatWasThere) {
-  TMemoryStream m;
-  m.WriteBuffer("xy", 2);
-  m.SetPosition(0);
-  char buf[4] = {0, 0, 0, 0};
-  EXPECT_THROW(m.ReadBuffer(buf, 4), EReadError);
-  EXPECT_EQ(std::string(buf, 4), std::string("xy\0\0", 4));
-  m.ReadBuffer(buf, 0);  // nothing asked, nothing raised
-}
-
 // A stream that takes only a few bytes per write.
 class TinyStream : public TMemoryStream {
  public:
@@ -67,17 +57,6 @@ TEST(StreamTest, WriteBufferRaisesOnShortWrite) {
   TinyStream s(2);
   EXPECT_THROW(s.WriteBuffer("abc", 3), EWriteError);
   EXPECT_EQ(Bytes(s.Memory()), "ab");
-}
-
-TEST(StreamTest, CopyFromCopiesCountOrWholeSource) {
-  TStringStream src(u"hello world");
-  TMemoryStream dst;
-  src.SetPosition(6);
-  EXPECT_EQ(dst.CopyFrom(src, 3), 3);
-  EXPECT_EQ(Bytes(dst.Memory()), "wor");
-  EXPECT_EQ(dst.CopyFrom(src, 0), 11);
-  EXPECT_EQ(Bytes(dst.Memory()), "worhello world");
-  EXPECT_THROW(dst.CopyFrom(src, 1), EReadError);
 }
 
 TEST(StringStreamTest, OneBytePerCharacterInTheEightBitCodePage) {
@@ -99,17 +78,6 @@ TEST(FileStreamTest, MissingFileAndBadModeRaise) {
   } catch (const EFOpenError& e) {
     EXPECT_EQ(e.Message().rfind(u"Cannot open file \"" + Name(dir / "missing") + u"\". ", 0), 0u);
   }
-}
-
-TEST(FileStreamTest, ReadOnlyStreamTakesNoWrite) {
-  TempDir dir;
-  WriteFileBytes(dir / "f", "abc");
-  TFileStream f(Name(dir / "f"), fmOpenRead | fmShareDenyNone);
-  EXPECT_EQ(f.Write("x", 1), 0);
-  EXPECT_THROW(f.WriteBuffer("x", 1), EWriteError);
-  char buf[3];
-  f.ReadBuffer(buf, 3);
-  EXPECT_EQ(std::string(buf, 3), "abc");
 }
 
 TEST(FileStreamTest, BufferedWritesShowInPositionAndSizeAndReachTheFile) {
@@ -202,17 +170,6 @@ TEST(FileStreamTest, SetSizeCutsTheFile) {
   f.WriteBuffer("X", 1);
   f.FlushBuffer();
   EXPECT_EQ(ReadFileBytes(path), "abcX");
-}
-
-TEST(MemoryStreamTest, FileRoundTrip) {
-  TempDir dir;
-  TMemoryStream m;
-  m.WriteBuffer("a\0b", 3);
-  m.SaveToFile(Name(dir / "m"));
-  TMemoryStream back;
-  back.LoadFromFile(Name(dir / "m"));
-  EXPECT_EQ(Bytes(back.Memory()), std::string("a\0b", 3));
-  EXPECT_EQ(back.Position(), 0);
 }
 
 }  // namespace
