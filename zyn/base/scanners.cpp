@@ -1,13 +1,12 @@
 #include "zyn/base/scanners.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
-#include <limits>
 #include <string>
 #include <utility>
 
 #include "zyn/base/univconst.h"
+#include "zyn/platform/val.h"
 
 namespace zyn::internal {
 
@@ -73,51 +72,19 @@ CharClass Classify(char16_t c, Zyn_zynbase::TDecPSep sep) {
   return kOther;
 }
 
-// Decimal exponent of the leading significant digit of a number text
-// ("123.4E5" gives 7); used only to tell overflow from underflow.
-long LeadingMagnitude(std::string_view mantissa, long exponent) {
-  const std::size_t point = std::min(mantissa.find('.'), mantissa.size());
-  const std::size_t first = mantissa.find_first_of("123456789");
-  if (first == std::string_view::npos) return std::numeric_limits<long>::min();
-  const long shift =
-      first < point ? static_cast<long>(point - first) - 1 : -static_cast<long>(first - point);
-  return shift + exponent;
-}
-
 // Converts the text the machine collected: [-+]digits[.digits][E[-+]digits],
-// any part possibly empty. An exponent without digits is ignored.
-double NumberTextToDouble(std::string text) {
-  while (!text.empty() && (text.back() == 'E' || text.back() == '+' || text.back() == '-')) {
-    const bool was_letter = text.back() == 'E';
+// any part possibly empty. An exponent without digits is left out.
+double NumberTextToDouble(std::u16string text) {
+  while (!text.empty() && (text.back() == u'E' || text.back() == u'+' || text.back() == u'-')) {
+    const bool was_letter = text.back() == u'E';
     text.pop_back();
     if (was_letter) break;
   }
-  if (!text.empty() && text.back() == '.') text.push_back('0');
-  std::string_view view = text;
-  if (!view.empty() && view.front() == '+') view.remove_prefix(1);
-  if (view.empty() || view == "-") return 0.0;
-
-  double value = 0.0;
-  const auto [end, ec] = std::from_chars(view.data(), view.data() + view.size(), value);
-  if (ec == std::errc::result_out_of_range) {
-    const bool negative = view.front() == '-';
-    const std::size_t e = view.find('E');
-    long exponent = 0;
-    if (e != std::string_view::npos) {
-      std::string_view exp_text = view.substr(e + 1);
-      if (!exp_text.empty() && exp_text.front() == '+') exp_text.remove_prefix(1);
-      std::from_chars(exp_text.data(), exp_text.data() + exp_text.size(), exponent);
-    }
-    const bool overflow = LeadingMagnitude(view.substr(0, e), exponent) > 0;
-    value = overflow ? std::numeric_limits<double>::infinity() : 0.0;
-    if (negative) value = -value;
-  } else if (ec != std::errc()) {
-    value = 0.0;
-  }
-  (void)end;
-  if (value > Zyn_univconst::uc_MaxDouble) return Zyn_univconst::uc_MaxDouble;
-  if (value < -Zyn_univconst::uc_MaxDouble) return -Zyn_univconst::uc_MaxDouble;
-  return value;
+  if (!text.empty() && text.back() == u'.') text.push_back(u'0');
+  int code = 0;
+  const double value = zyn::platform::Val(text, code);
+  if (code != 0) return 0.0;
+  return std::clamp(value, -Zyn_univconst::uc_MaxDouble, Zyn_univconst::uc_MaxDouble);
 }
 
 }  // namespace
@@ -151,7 +118,7 @@ std::int32_t ScanHex(std::u16string_view s, int& pos) {
 double ScanFPNum(std::u16string_view text, bool AllowExp, Zyn_zynbase::TDecPSep DecPSep,
                  int& position) {
   std::size_t i = position < 1 ? 0 : static_cast<std::size_t>(position) - 1;
-  std::string number;
+  std::u16string number;
   int state = 1;
   int exponent = 0;  // size of the exponent read so far, saturated above the limit
   for (;; ++i) {
@@ -166,13 +133,13 @@ double ScanFPNum(std::u16string_view text, bool AllowExp, Zyn_zynbase::TDecPSep 
     if (next == kAccept) break;
     if (next == kExpDigitsState) {
       exponent = std::min(exponent * 10 + (c - u'0'), kMaxExponent + 1);
-      if (exponent <= kMaxExponent) number.push_back(static_cast<char>(c));
+      if (exponent <= kMaxExponent) number.push_back(c);
     } else if (c == u',') {
-      number.push_back('.');
+      number.push_back(u'.');
     } else if (c == u'e') {
-      number.push_back('E');
+      number.push_back(u'E');
     } else if (c != kBlank) {
-      number.push_back(static_cast<char>(c));
+      number.push_back(c);
     }
     state = next;
   }
