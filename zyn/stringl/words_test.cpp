@@ -69,17 +69,15 @@ TEST(TokenizeTest, PlainAndEscapedForms) {
     char16_t escape;  // 0: the plain form
     Strings tokens;
   };
+  // A doubled escape still keeps a separator; the replacements ignore ASCII case.
+  // clang-format off
   const Case cases[] = {
-      {u"a,b", u",", 0, {u"a", u"b"}},
-      {u"a,", u",", 0, {u"a", u""}},
-      {u"", u",", 0, {u""}},
-      {u"a,b", u"", 0, {u"a,b"}},
-      {u"a<>b<>", u"<>", 0, {u"a", u"b", u""}},
-      {u"a\\,b,c", u",", u'\\', {u"a,b", u"c"}},
-      {u"a\\\\,b", u",", u'\\', {u"a,b"}},  // a doubled escape still keeps the comma
-      {u"a\\\\b,c", u",", u'\\', {u"a\\b", u"c"}},
-      {u",\\,", u",", u'\\', {u"", u","}},
-      {u"aqxbQQc", u"x", u'q', {u"axbqc"}}};  // the replacements ignore ASCII case
+      {u"a,b", u",", 0, {u"a", u"b"}}, {u"a,", u",", 0, {u"a", u""}}, {u"", u",", 0, {u""}},
+      {u"a,b", u"", 0, {u"a,b"}}, {u"a<>b<>", u"<>", 0, {u"a", u"b", u""}},
+      {u"a\\,b,c", u",", u'\\', {u"a,b", u"c"}}, {u"a\\\\,b", u",", u'\\', {u"a,b"}},
+      {u"a\\\\b,c", u",", u'\\', {u"a\\b", u"c"}}, {u",\\,", u",", u'\\', {u"", u","}},
+      {u"aqxbQQc", u"x", u'q', {u"axbqc"}}};
+  // clang-format on
   for (const Case& c : cases) {
     SCOPED_TRACE(Utf8(c.s) + " by " + Utf8(c.separator));
     Strings tokens{u"stale"};
@@ -145,26 +143,17 @@ TEST(WordsTest, NumberedPosStringIxIsAbbreviation) {
   EXPECT_EQ(StringIx(u"c", list), 0);
   EXPECT_EQ(StringIx(u"feat", true, list), 0);
   EXPECT_EQ(StringIx(u"FEAT", false, list), 3);
-  for (auto [s, expected] : {std::pair{u"NASA", true},
-                             {u"ABCd", true},
-                             {u"ABcd", false},
-                             {u"Ab", false},
-                             {u"A", false},
-                             {u"UN-Ab", true}}) {
-    EXPECT_EQ(IsAbbreviation(s), expected) << Utf8(s);
-  }
+  for (auto s : {u"NASA", u"ABCd", u"UN-Ab"}) EXPECT_TRUE(IsAbbreviation(s)) << Utf8(s);
+  for (auto s : {u"ABcd", u"Ab", u"A", u""}) EXPECT_FALSE(IsAbbreviation(s)) << Utf8(s);
 }
 
 TEST(WordsTest, ProcessHexChars) {
+  // clang-format off
   const std::pair<std::u16string_view, std::u16string_view> cases[] = {
-      {u"a\\#41b\\\\c\\d", u"aAb\\c\\d"},
-      {u"\\#4a\\#6A", u"Jj"},
-      {u"\\#$f\\# 9", u"\x0F\t"},
-      {u"\\#zz!", u"\0!"sv},
-      {u"\\#4", u"\x04"},
-      {u"end\\", u"end\\"},
-      {u"\\\\\\#41", u"\\A"},
+      {u"a\\#41b\\\\c\\d", u"aAb\\c\\d"}, {u"\\#4a\\#6A", u"Jj"}, {u"\\#$f\\# 9", u"\x0F\t"},
+      {u"\\#zz!", u"\0!"sv}, {u"\\#4", u"\x04"}, {u"end\\", u"end\\"}, {u"\\\\\\#41", u"\\A"},
       {u"\\#5C#41", u"\\#41"}};
+  // clang-format on
   for (const auto& [in, out] : cases) EXPECT_EQ(ProcessHexChars(in), out) << Utf8(in);
 }
 
@@ -204,14 +193,12 @@ TEST(UUCodeTest, KnownFormsRoundTripAndDamage) {
                         u"end\r\n"),
             bytes);
   EXPECT_EQ(UUEncodeStr(u"\u0141"), UUEncodeStr(u"A"));  // low 8 bits only
-  for (const auto& [damaged, plain] : {std::pair{u"#0V", u"C"},
-                                       {u"#0V%", u"Ca"},
-                                       {u"!0V%T", u"C"},
-                                       {u" 0V%T\n#0V%T", u""},
-                                       {u"end\n#0V%T", u""},
-                                       {u"\n#0V%T", u"Cat"}}) {
-    EXPECT_EQ(UUDecodeStr(damaged), plain) << Utf8(damaged);
-  }
+  // clang-format off
+  const std::pair<const char16_t*, const char16_t*> damaged[] = {
+      {u"#0V", u"C"}, {u"#0V%", u"Ca"}, {u"!0V%T", u"C"}, {u" 0V%T\n#0V%T", u""},
+      {u"end\n#0V%T", u""}, {u"\n#0V%T", u"Cat"}};
+  // clang-format on
+  for (const auto& [text, plain] : damaged) EXPECT_EQ(UUDecodeStr(text), plain) << Utf8(text);
 }
 
 TEST(WordsTest, TextLineCoords) {
@@ -234,12 +221,11 @@ TEST(TagInStringTest, ReadsTagsOneAfterTheOther) {
     std::u16string_view attr, content;
     int pos_after;
   };
-  const Step steps[] = {{2, u"b = 1", u"hello", 20},
-                        {3, u"src=x", u"", 44},
-                        {1, u"", u"", 50},
-                        {4, u"", u"", 54},  // a stray closing tag is an unknown name
-                        {4, u"", u"no end<a><a>x</A>", 74},
-                        {4, u"", u"", 74}};
+  // A stray closing tag is an unknown name; at the end the empty entry answers.
+  // clang-format off
+  const Step steps[] = {{2, u"b = 1", u"hello", 20}, {3, u"src=x", u"", 44}, {1, u"", u"", 50},
+                        {4, u"", u"", 54}, {4, u"", u"no end<a><a>x</A>", 74}, {4, u"", u"", 74}};
+  // clang-format on
   int pos = 1;
   for (const Step& step : steps) {
     SCOPED_TRACE(pos);
