@@ -226,6 +226,12 @@ void TFileStream::FlushBuffer() {
 }
 
 int TFileStream::Read(void* Buffer, int Count) {
+  // Byte-at-a-time readers come here once per byte: serve them straight from
+  // the buffer.
+  if (Count == 1 && buffer_cursor_ < buffer_length_ && readable_) {
+    *static_cast<std::uint8_t*>(Buffer) = buffer_[static_cast<std::size_t>(buffer_cursor_++)];
+    return 1;
+  }
   if (!readable_ || Count <= 0) return 0;
   auto* out = static_cast<std::uint8_t*>(Buffer);
   int done = 0;
