@@ -87,13 +87,20 @@ std::u16string_view StripBlanks(std::u16string_view s) {
   return s.substr(first, s.find_last_not_of(kBlank) - first + 1);
 }
 
-// Index of the name in a lower-case tag list, the last index if it isn't there.
-int LookupTag(std::u16string_view name, std::span<const std::u16string> tagList) {
+// The number of entries 0 to `high` that the list really has.
+std::size_t UsableEntries(std::span<const std::u16string> list, int high) {
+  return high < 0 ? 0 : std::min(list.size(), static_cast<std::size_t>(high) + 1);
+}
+
+// Index of the folded name among the entries 0 to `high` of a lower-case tag
+// list, `high` if it isn't there.
+int LookupTag(std::u16string_view name, std::span<const std::u16string> tagList, int high) {
   const std::u16string folded = LowerCase(name);
-  for (std::size_t i = 0; i < tagList.size(); ++i) {
+  const std::size_t count = UsableEntries(tagList, high);
+  for (std::size_t i = 0; i < count; ++i) {
     if (tagList[i] == folded) return static_cast<int>(i);
   }
-  return static_cast<int>(tagList.size()) - 1;
+  return high;
 }
 
 // Index of the first occurrence of `needle` (lower case) in `s` at or behind
@@ -278,15 +285,18 @@ int NumberedPos(std::u16string_view sub, std::u16string_view s, int startAt, int
   return hit == npos ? 0 : ToPosition(hit);
 }
 
-int StringIx(std::u16string_view s, std::span<const std::u16string> list) {
+int StringIx(std::u16string_view s, std::span<const std::u16string> list, int high) {
+  list = list.first(UsableEntries(list, high));
   const auto it = std::find(list.begin(), list.end(), s);
   return it == list.end() ? 0 : static_cast<int>(it - list.begin()) + 1;
 }
 
-int StringIx(std::u16string_view s, bool caseSensitive, std::span<const std::u16string> list) {
-  if (caseSensitive) return StringIx(s, list);
+int StringIx(std::u16string_view s, bool caseSensitive, std::span<const std::u16string> list,
+             int high) {
+  if (caseSensitive) return StringIx(s, list, high);
   const std::u16string folded = LowerCase(s);
-  for (std::size_t i = 0; i < list.size(); ++i) {
+  const std::size_t count = UsableEntries(list, high);
+  for (std::size_t i = 0; i < count; ++i) {
     if (LowerCase(list[i]) == folded) return static_cast<int>(i) + 1;
   }
   return 0;
@@ -476,13 +486,13 @@ void TextLineCoords(std::u16string_view s, int pos, int& line, int& column) {
 }
 
 int ReadNextTagInString(std::u16string_view s, int& pos, std::span<const std::u16string> tagList,
-                        std::u16string& attr, std::u16string& content) {
+                        int high, std::u16string& attr, std::u16string& content) {
   attr.clear();
   content.clear();
   const FoundTag tag = FindTag(s, ToIndex(pos));
   if (tag.open == npos) {
     pos = ToPosition(s.size());
-    return LookupTag(u"", tagList);
+    return LookupTag(u"", tagList, high);
   }
   const TagParts parts = SplitTag(tag.text);
   attr = parts.attr;
@@ -496,11 +506,11 @@ int ReadNextTagInString(std::u16string_view s, int& pos, std::span<const std::u1
     behind = hit == npos ? s.size() : hit + closing.size();
   }
   pos = ToPosition(behind);
-  return LookupTag(name, tagList);
+  return LookupTag(name, tagList, high);
 }
 
 int DetectNextTagInString(std::u16string_view s, int& tagStart, int& tagEnd,
-                          std::span<const std::u16string> tagList, std::u16string& attr,
+                          std::span<const std::u16string> tagList, int high, std::u16string& attr,
                           bool& isClosing) {
   attr.clear();
   isClosing = false;
@@ -518,7 +528,7 @@ int DetectNextTagInString(std::u16string_view s, int& tagStart, int& tagEnd,
     isClosing = true;
     parts.name.remove_prefix(1);
   }
-  return LookupTag(parts.name, tagList);
+  return LookupTag(parts.name, tagList, high);
 }
 
 }  // namespace Zyn_stringl

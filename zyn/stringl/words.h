@@ -67,10 +67,12 @@ std::u16string ReadLnString(std::u16string_view s, int& pos, bool& endOfString, 
 int NumberedPos(std::u16string_view sub, std::u16string_view s, int startAt, int number,
                 bool ignoreCase);
 
-// 1 + index of the first entry of `list` equal to `s`; 0 if there is none.
-// With `caseSensitive` false both sides are folded to lower case (ASCII).
-int StringIx(std::u16string_view s, std::span<const std::u16string> list);
-int StringIx(std::u16string_view s, bool caseSensitive, std::span<const std::u16string> list);
+// 1 + index of the first of the entries 0 to `high` of `list` equal to `s`;
+// 0 if there is none. Entries behind the span's end are never read. With
+// `caseSensitive` false both sides are folded to lower case (ASCII).
+int StringIx(std::u16string_view s, std::span<const std::u16string> list, int high);
+int StringIx(std::u16string_view s, bool caseSensitive, std::span<const std::u16string> list,
+             int high);
 
 // True if the longest run of capitals A-Z is at least 2 and longer than the
 // count of characters a-z and 0-9: "NASA" and "ABCd" yes, "ABcd" and "Ab" no.
@@ -127,21 +129,21 @@ void TextLineCoords(std::u16string_view s, int pos, int& line, int& column);
 // The next tag of the string at or behind `pos`, read as ReadNextTagInStream
 // reads a stream: comments "<!...>" are passed over, `attr` gets the text
 // behind the name, `content` the text up to the matching closing tag (folded
-// ASCII), and the result is the index of the name in `tagList` (all entries in
-// lower case), the last index for an unknown name. `pos` is left behind what
+// ASCII), and the result is the index of the name among the entries 0 to
+// `high` of `tagList` (all in lower case), `high` for an unknown name. `pos` is left behind what
 // was read. With no complete tag left the result is the lookup of the empty
 // name and `pos` is length + 1.
 int ReadNextTagInString(std::u16string_view s, int& pos, std::span<const std::u16string> tagList,
-                        std::u16string& attr, std::u16string& content);
+                        int high, std::u16string& attr, std::u16string& content);
 
 // Finds the next tag at or behind `tagStart` without reading its content:
 // `tagStart` and `tagEnd` become the positions of its "<" and ">", `attr` its
 // attribute text and `isClosing` whether it is a closing tag "</name>". The
-// result is the index of the name (without the "/") in `tagList`, the last
-// index for an unknown name. Comments "<!...>" are passed over. Without a
+// result is the index of the name (without the "/") among the entries 0 to
+// `high` of `tagList`, `high` for an unknown name. Comments "<!...>" are passed over. Without a
 // complete tag the result is -1 and both positions are 0.
 int DetectNextTagInString(std::u16string_view s, int& tagStart, int& tagEnd,
-                          std::span<const std::u16string> tagList, std::u16string& attr,
+                          std::span<const std::u16string> tagList, int high, std::u16string& attr,
                           bool& isClosing);
 
 }  // namespace Zyn_stringl

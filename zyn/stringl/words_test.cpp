@@ -139,10 +139,12 @@ TEST(WordsTest, NumberedPosStringIxIsAbbreviation) {
   EXPECT_EQ(NumberedPos(u"BC", u"abcaBc", -4, 2, true), 5);
   EXPECT_EQ(NumberedPos(u"aa", u"aaaa", 1, 2, false), 3);
   const Strings list{u"a", u"b", u"Feat", u"b"};
-  EXPECT_EQ(StringIx(u"b", list), 2);
-  EXPECT_EQ(StringIx(u"c", list), 0);
-  EXPECT_EQ(StringIx(u"feat", true, list), 0);
-  EXPECT_EQ(StringIx(u"FEAT", false, list), 3);
+  EXPECT_EQ(StringIx(u"b", list, 3), 2);
+  EXPECT_EQ(StringIx(u"c", list, 3), 0);
+  EXPECT_EQ(StringIx(u"feat", true, list, 3), 0);
+  EXPECT_EQ(StringIx(u"FEAT", false, list, 3), 3);
+  EXPECT_EQ(StringIx(u"FEAT", false, list, 1), 0);  // only entries 0 to high
+  EXPECT_EQ(StringIx(u"b", list, 99), 2);
   for (auto s : {u"NASA", u"ABCd", u"UN-Ab"}) EXPECT_TRUE(IsAbbreviation(s)) << Utf8(s);
   for (auto s : {u"ABcd", u"Ab", u"A", u""}) EXPECT_FALSE(IsAbbreviation(s)) << Utf8(s);
 }
@@ -230,14 +232,14 @@ TEST(TagInStringTest, ReadsTagsOneAfterTheOther) {
   for (const Step& step : steps) {
     SCOPED_TRACE(pos);
     std::u16string attr, content;
-    EXPECT_EQ(ReadNextTagInString(s, pos, tags, attr, content), step.index);
+    EXPECT_EQ(ReadNextTagInString(s, pos, tags, 4, attr, content), step.index);
     EXPECT_EQ(attr, step.attr);
     EXPECT_EQ(content, step.content);
     EXPECT_EQ(pos, step.pos_after);
   }
   std::u16string attr, content;
   pos = 1;
-  EXPECT_EQ(ReadNextTagInString(u"<a><a>x</A></a>", pos, tags, attr, content), 2);
+  EXPECT_EQ(ReadNextTagInString(u"<a><a>x</A></a>", pos, tags, 4, attr, content), 2);
   EXPECT_EQ(content, u"<a>x");
   EXPECT_EQ(pos, 12);
 }
@@ -260,7 +262,7 @@ TEST(TagInStringTest, DetectNextTag) {
     SCOPED_TRACE(start);
     std::u16string attr = u"stale";
     bool closing = true;
-    EXPECT_EQ(DetectNextTagInString(s, start, end, tags, attr, closing), step.index);
+    EXPECT_EQ(DetectNextTagInString(s, start, end, tags, 1, attr, closing), step.index);
     EXPECT_EQ(std::pair(start, end), std::pair(step.start, step.end));
     EXPECT_EQ(attr, step.attr);
     EXPECT_EQ(closing, step.closing);
