@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
-#include <utility>
 
 #include "zyn/base/univconst.h"
 #include "zyn/platform/val.h"
@@ -72,17 +71,17 @@ CharClass Classify(char16_t c, Zyn_zynbase::TDecPSep sep) {
   return kOther;
 }
 
-// Converts the text the machine collected: [-+]digits[.digits][E[-+]digits],
-// any part possibly empty. An exponent without digits is left out.
-double NumberTextToDouble(std::u16string text) {
-  while (!text.empty() && (text.back() == u'E' || text.back() == u'+' || text.back() == u'-')) {
-    const bool was_letter = text.back() == u'E';
-    text.pop_back();
-    if (was_letter) break;
-  }
-  if (!text.empty() && text.back() == u'.') text.push_back(u'0');
+// Converts the number text the machine let through: [-+]digits[.digits]
+// [E[-+]digits], any part possibly empty, "." as the separator. An exponent
+// without digits is left out; text with no digit at all gives 0.
+double NumberTextToDouble(std::u16string_view number) {
+  const auto ends_with_any = [&number](std::u16string_view chars) {
+    return !number.empty() && chars.find(number.back()) != std::u16string_view::npos;
+  };
+  if (ends_with_any(u"+-")) number.remove_suffix(1);  // only an exponent's sign can end it
+  if (ends_with_any(u"Ee")) number.remove_suffix(1);
   int code = 0;
-  const double value = zyn::platform::Val(text, code);
+  const double value = zyn::platform::Val(number, code);
   if (code != 0) return 0.0;
   return std::clamp(value, -Zyn_univconst::uc_MaxDouble, Zyn_univconst::uc_MaxDouble);
 }
@@ -117,8 +116,13 @@ std::int32_t ScanHex(std::u16string_view s, int& pos) {
 
 double ScanFPNum(std::u16string_view text, bool AllowExp, Zyn_zynbase::TDecPSep DecPSep,
                  int& position) {
+  // The number text is the stretch the machine passes, without the blanks in
+  // front; it is copied only to turn a "," into "." or to leave out exponent
+  // digits beyond the limit (which, once one is left out, are all the rest).
   std::size_t i = position < 1 ? 0 : static_cast<std::size_t>(position) - 1;
-  std::u16string number;
+  std::size_t start = i;
+  std::size_t end = std::u16string_view::npos;  // where left-out exponent digits begin
+  bool has_comma = false;
   int state = 1;
   int exponent = 0;  // size of the exponent read so far, saturated above the limit
   for (;; ++i) {
@@ -131,20 +135,20 @@ double ScanFPNum(std::u16string_view text, bool AllowExp, Zyn_zynbase::TDecPSep 
       return 0.0;
     }
     if (next == kAccept) break;
+    if (state == 1 && next == 1) start = i + 1;  // a blank in front
     if (next == kExpDigitsState) {
       exponent = std::min(exponent * 10 + (c - u'0'), kMaxExponent + 1);
-      if (exponent <= kMaxExponent) number.push_back(c);
-    } else if (c == u',') {
-      number.push_back(u'.');
-    } else if (c == u'e') {
-      number.push_back(u'E');
-    } else if (c != kBlank) {
-      number.push_back(c);
+      if (exponent > kMaxExponent && end == std::u16string_view::npos) end = i;
     }
+    has_comma = has_comma || c == u',';
     state = next;
   }
   position = ToPosition(i);
-  return NumberTextToDouble(std::move(number));
+  std::u16string_view number = text.substr(start, std::min(i, end) - start);
+  if (!has_comma) return NumberTextToDouble(number);
+  std::u16string copy(number);
+  std::replace(copy.begin(), copy.end(), u',', u'.');
+  return NumberTextToDouble(copy);
 }
 
 }  // namespace zyn::internal
