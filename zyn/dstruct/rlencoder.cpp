@@ -13,6 +13,9 @@ using Zyn_zynbase::GuardAllocation;
 namespace {
 
 constexpr std::u16string_view kNoHeap = u"not enough memory on heap";
+// The shortest block with which the Finish loop ends: each call adds three
+// bytes and must take away more.
+constexpr int kMinBufLeng = 4;
 
 // The most coded bytes one call of Encode can add for n input bytes: two per
 // byte on average (a lone 0xA5 costs three, but needs a neighbour of another
@@ -36,7 +39,7 @@ TRLEncoder::TRLEncoder(zyn::platform::TComponent* AOwner) : TComponent(AOwner) {
 }
 
 void TRLEncoder::SetBufLeng(int Value) {
-  if (Value < 1 || Value == FBufLeng) return;
+  if (Value < kMinBufLeng || Value == FBufLeng) return;
   GuardAllocation<EZYNDStructError>(
       [&] {
         const std::uint64_t size = 4 * static_cast<std::uint64_t>(Value);

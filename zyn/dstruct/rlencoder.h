@@ -41,9 +41,10 @@ class TRLEncoder : public zyn::platform::TComponent {
 
   // The block length that GetResult and Finish deliver.
   int BufLeng() const noexcept { return FBufLeng; }
-  // A new block length with a zeroed buffer of four times its size; values
-  // below 1 and the present one are ignored. Meant for an empty buffer: the
-  // count of bytes held is kept. Throws EZYNDStructError "Component "<Name>":
+  // A new block length with a zeroed buffer of four times its size. Values
+  // below 4 are ignored: Finish adds three bytes a call, so with a shorter
+  // block it would never deliver less than a block. Meant for an empty
+  // buffer: the count of bytes held is kept. Throws EZYNDStructError "Component "<Name>":
   // not enough memory on heap" if the buffer can't be had.
   void SetBufLeng(int Value);
 

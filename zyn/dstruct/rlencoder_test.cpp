@@ -219,9 +219,12 @@ TEST(TRLEncoderTest, OverfilledBufferKeepsEverything) {
 TEST(TRLEncoderTest, ResetAndBufLeng) {
   TRLEncoder coder;
   EXPECT_EQ(coder.BufLeng(), 256);
-  coder.SetBufLeng(0);
-  coder.SetBufLeng(-1);
-  EXPECT_EQ(coder.BufLeng(), 256);
+  for (int ignored : {3, 1, 0, -1}) {
+    coder.SetBufLeng(ignored);
+    EXPECT_EQ(coder.BufLeng(), 256);
+  }
+  coder.SetBufLeng(4);
+  EXPECT_EQ(coder.BufLeng(), 4);
   coder.SetBufLeng(100);
   EXPECT_EQ(coder.BufLeng(), 100);
   const Bytes data{5, 5, 5, 5};
