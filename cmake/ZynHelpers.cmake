@@ -21,6 +21,12 @@ if(ZYN_SANITIZE)
   add_link_options(${_zyn_san})
 endif()
 
+# Fuzz builds instrument the whole library for coverage, so libFuzzer sees
+# into the code under test and not only into the fuzz target.
+if(ZYN_BUILD_FUZZERS)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 # zyn_add_unit(<name> SOURCES <file>... [CALLS <unit>...])
 #
 # Declares the subsystem target zyn_<name> (an object library). CALLS names

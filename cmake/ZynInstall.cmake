@@ -32,5 +32,8 @@ install(FILES
   ${PROJECT_BINARY_DIR}/ZynConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/Zyn)
 
+# The .pc file finds its prefix relative to itself, so the tree can move.
+file(RELATIVE_PATH ZYN_PC_TO_PREFIX
+  /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/zyn.pc.in ${PROJECT_BINARY_DIR}/zyn.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zyn.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -4,9 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "zyn/base/zynbase.h"
+#include "zyn/colors/unit.h"
+#include "zyn/cpuid/unit.h"
+#include "zyn/dstruct/unit.h"
+#include "zyn/filesys/unit.h"
+#include "zyn/stringl/unit.h"
 
 namespace {
 
@@ -64,6 +70,31 @@ TEST(PackageTest, FirstLoadClearsProcStatAndLaterLoadsDoNot) {
   Finalize();
   Finalize();
   Zyn_zynbase::ProcStat = nullptr;
+}
+
+// Each unit's exception is caught as EZYNError and as the platform's root
+// class, and carries nothing but its message.
+template <typename E>
+void ExpectInTree(const char* name) {
+  SCOPED_TRACE(name);
+  try {
+    throw E(u"Component \"\": not enough memory");
+  } catch (const Zyn_zynbase::EZYNError& e) {
+    EXPECT_NE(dynamic_cast<const E*>(&e), nullptr);
+    EXPECT_EQ(e.Message(), u"Component \"\": not enough memory");
+    EXPECT_STREQ(e.what(), "Component \"\": not enough memory");
+  }
+  static_assert(std::is_base_of_v<zyn::platform::Exception, E>);
+  static_assert(sizeof(E) == sizeof(zyn::platform::Exception), "no fields of its own");
+}
+
+TEST(PackageTest, EveryUnitExceptionDescendsFromEZYNError) {
+  ExpectInTree<Zyn_zyncolors::EZYNColArrayError>("EZYNColArrayError");
+  ExpectInTree<Zyn_stringl::EZYNStringlError>("EZYNStringlError");
+  ExpectInTree<Zyn_dstruct::EZYNDStructError>("EZYNDStructError");
+  ExpectInTree<Zyn_cpuid::EZYNCpuIdError>("EZYNCpuIdError");
+  ExpectInTree<Zyn_filesys::EZYNFileSysError>("EZYNFileSysError");
+  EXPECT_FALSE((std::is_base_of_v<Zyn_stringl::EZYNStringlError, Zyn_dstruct::EZYNDStructError>));
 }
 
 // Loads the shared library the way a host does and runs one start-stop cycle.

@@ -1,0 +1,175 @@
+// CRC-32, SHA-1 and ASCII85 on 1 MiB, each beside what a user would pick
+// instead: zlib's crc32() and OpenSSL's SHA-1, on the same bytes in one run.
+// The "Portable" rows run with the processor's extensions switched off.
+
+#include "zyn/dstruct/checksums.h"
+
+#include <benchmark/benchmark.h>
+#include <openssl/evp.h>
+#include <zlib.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <vector>
+
+#include "zyn/platform/cpu_features.h"
+#include "zyn/platform/stream.h"
+#include "zyn/platform/text.h"
+
+namespace {
+
+using zyn::platform::TMemoryStream;
+
+constexpr std::size_t kSize = 1 << 20;
+
+const std::vector<std::uint8_t>& Message() {
+  static const std::vector<std::uint8_t> bytes = [] {
+    std::mt19937 generator(1);
+    std::vector<std::uint8_t> b(kSize);
+    for (auto& x : b) x = static_cast<std::uint8_t>(generator());
+    return b;
+  }();
+  return bytes;
+}
+
+// The message as a file in the temporary directory, written once.
+const std::filesystem::path& MessageFile() {
+  static const std::filesystem::path path = [] {
+    auto p = std::filesystem::temp_directory_path() / "zyn_bench_checksums.bin";
+    std::ofstream out(p, std::ios::binary | std::ios::trunc);
+    out.write(reinterpret_cast<const char*>(Message().data()), kSize);
+    return p;
+  }();
+  return path;
+}
+
+void Finish(benchmark::State& state) {
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * kSize);
+}
+
+// --- CRC-32 -----------------------------------------------------------------
+
+void BM_Crc32_Zyn(benchmark::State& state) {
+  zyn::platform::AllowCpuExtensions(state.range(0) != 0);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(Zyn_dstruct::CRC32ofBuffer(Message(), static_cast<int>(kSize)));
+  }
+  zyn::platform::AllowCpuExtensions(true);
+  Finish(state);
+}
+BENCHMARK(BM_Crc32_Zyn)->ArgName("fast")->Arg(1)->Arg(0);
+
+void BM_Crc32_Zlib(benchmark::State& state) {
+  for (auto _ : state) benchmark::DoNotOptimize(crc32(0, Message().data(), kSize));
+  Finish(state);
+}
+BENCHMARK(BM_Crc32_Zlib);
+
+void BM_Crc32File_Zyn(benchmark::State& state) {
+  const std::u16string name = zyn::platform::FromUTF8(MessageFile().string());
+  for (auto _ : state) benchmark::DoNotOptimize(Zyn_dstruct::CalcCRC32ofFile(name));
+  Finish(state);
+}
+BENCHMARK(BM_Crc32File_Zyn);
+
+void BM_Crc32File_Zlib(benchmark::State& state) {
+  std::vector<std::uint8_t> block(64 * 1024);
+  for (auto _ : state) {
+    std::FILE* file = std::fopen(MessageFile().c_str(), "rb");
+    uLong crc = crc32(0, nullptr, 0);
+    for (std::size_t n; (n = std::fread(block.data(), 1, block.size(), file)) > 0;) {
+      crc = crc32(crc, block.data(), static_cast<uInt>(n));
+    }
+    std::fclose(file);
+    benchmark::DoNotOptimize(crc);
+  }
+  Finish(state);
+}
+BENCHMARK(BM_Crc32File_Zlib);
+
+// --- SHA-1 ------------------------------------------------------------------
+
+void BM_Sha1Stream_Zyn(benchmark::State& state) {
+  zyn::platform::AllowCpuExtensions(state.range(0) != 0);
+  TMemoryStream stream;
+  stream.Write(Message().data(), static_cast<int>(kSize));
+  for (auto _ : state) {
+    stream.SetPosition(0);
+    benchmark::DoNotOptimize(Zyn_dstruct::SHA1FromStream(stream));
+  }
+  zyn::platform::AllowCpuExtensions(true);
+  Finish(state);
+}
+BENCHMARK(BM_Sha1Stream_Zyn)->ArgName("fast")->Arg(1)->Arg(0);
+
+void BM_Sha1_OpenSsl(benchmark::State& state) {
+  unsigned char digest[EVP_MAX_MD_SIZE];
+  for (auto _ : state) {
+    EVP_Digest(Message().data(), kSize, digest, nullptr, EVP_sha1(), nullptr);
+    benchmark::DoNotOptimize(digest);
+  }
+  Finish(state);
+}
+BENCHMARK(BM_Sha1_OpenSsl);
+
+void BM_Sha1File_Zyn(benchmark::State& state) {
+  const std::u16string name = zyn::platform::FromUTF8(MessageFile().string());
+  for (auto _ : state) benchmark::DoNotOptimize(Zyn_dstruct::SHA1FromFile(name));
+  Finish(state);
+}
+BENCHMARK(BM_Sha1File_Zyn);
+
+void BM_Sha1File_OpenSsl(benchmark::State& state) {
+  std::vector<std::uint8_t> block(64 * 1024);
+  unsigned char digest[EVP_MAX_MD_SIZE];
+  EVP_MD_CTX* context = EVP_MD_CTX_new();
+  for (auto _ : state) {
+    std::FILE* file = std::fopen(MessageFile().c_str(), "rb");
+    EVP_DigestInit_ex(context, EVP_sha1(), nullptr);
+    for (std::size_t n; (n = std::fread(block.data(), 1, block.size(), file)) > 0;) {
+      EVP_DigestUpdate(context, block.data(), n);
+    }
+    EVP_DigestFinal_ex(context, digest, nullptr);
+    std::fclose(file);
+    benchmark::DoNotOptimize(digest);
+  }
+  EVP_MD_CTX_free(context);
+  Finish(state);
+}
+BENCHMARK(BM_Sha1File_OpenSsl);
+
+// --- ASCII85 ----------------------------------------------------------------
+
+void BM_Ascii85Encode(benchmark::State& state) {
+  TMemoryStream source;
+  source.Write(Message().data(), static_cast<int>(kSize));
+  for (auto _ : state) {
+    TMemoryStream dest;
+    source.SetPosition(0);
+    Zyn_dstruct::EncodeASCII85(source, dest);
+    benchmark::DoNotOptimize(dest.Memory().data());
+  }
+  Finish(state);
+}
+BENCHMARK(BM_Ascii85Encode);
+
+// Bytes processed are the decoded bytes, so both rows count the same 1 MiB.
+void BM_Ascii85Decode(benchmark::State& state) {
+  TMemoryStream source, encoded;
+  source.Write(Message().data(), static_cast<int>(kSize));
+  source.SetPosition(0);
+  Zyn_dstruct::EncodeASCII85(source, encoded);
+  for (auto _ : state) {
+    TMemoryStream dest;
+    encoded.SetPosition(0);
+    benchmark::DoNotOptimize(Zyn_dstruct::DecodeASCII85(encoded, dest));
+  }
+  Finish(state);
+}
+BENCHMARK(BM_Ascii85Decode);
+
+}  // namespace
+
+BENCHMARK_MAIN();

@@ -1,0 +1,134 @@
+// Feeds arbitrary bytes to the readers of Zyn_streams: ReadLnStream under
+// every line-end rule, the two number scanners in all their modes, the tag
+// reader with attribute lookup, and the other stream scanners. Each must end,
+// stay within its input and keep its promises on results.
+
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "zyn/base/univconst.h"
+#include "zyn/platform/stream.h"
+#include "zyn/platform/string_list.h"
+#include "zyn/streams/numscan.h"
+#include "zyn/streams/streamio.h"
+#include "zyn/streams/tagscan.h"
+
+namespace {
+
+using zyn::platform::TMemoryStream;
+using namespace Zyn_streams;
+
+void Check(bool ok) {
+  if (!ok) std::abort();
+}
+
+void Load(TMemoryStream& m, const std::uint8_t* data, std::size_t size) {
+  m.Clear();
+  m.WriteBuffer(data, static_cast<int>(size));
+  m.SetPosition(0);
+}
+
+void Lines(TMemoryStream& m, std::int64_t size) {
+  for (int rule : {0, 1, 2, 3, 4, 9}) {
+    m.SetPosition(0);
+    bool eof = false;
+    std::int64_t total = 0;
+    while (!eof) {
+      const std::u16string line = ReadLnStream(m, eof, rule);
+      total += static_cast<std::int64_t>(line.size());
+      Check(m.Position() <= size && total <= size);
+    }
+    Check(m.Position() == size);
+  }
+}
+
+void Numbers(TMemoryStream& m, std::int64_t size) {
+  m.SetPosition(0);
+  while (m.Position() < size) {
+    const std::int64_t before = m.Position();
+    ScanStreamDecimal(m);
+    Check(m.Position() > before);
+  }
+  for (bool allow_exp : {false, true}) {
+    for (int mode = 0; mode <= 4; ++mode) {
+      m.SetPosition(0);
+      while (m.Position() < size) {
+        const std::int64_t before = m.Position();
+        const double v = ScanStreamFPNum(m, allow_exp, mode);
+        Check(m.Position() > before);
+        Check(std::isfinite(v) && std::fabs(v) <= Zyn_univconst::uc_MaxDouble);
+      }
+    }
+  }
+}
+
+void Tags(TMemoryStream& m, std::int64_t size) {
+  const std::vector<std::u16string> list = {u"a", u"b", u"", u"/a", u"?xml", u"spare"};
+  const int high = static_cast<int>(list.size()) - 1;
+  m.SetPosition(0);
+  std::u16string attr, content;
+  do {
+    const int index = ReadNextTagInStream(m, list, high, attr, content);
+    Check(index >= 0 && index <= high);
+    Check(static_cast<std::int64_t>(attr.size() + content.size()) <= size);
+    for (const char16_t* name : {u"a", u"B", u"", u"size"}) {
+      Check(ScanForXMLAttrib(attr, name).size() <= attr.size());
+    }
+  } while (m.Position() < size);
+
+  m.SetPosition(0);
+  while (ScanStreamForXMLTag(m, u"a", attr, content)) Check(m.Position() <= size);
+  Check(m.Position() == size);
+
+  zyn::platform::TStringList names;
+  names.Add(u"a");
+  names.Add(u"B");
+  TMemoryStream out;
+  m.SetPosition(0);
+  ExtractFromStream(m, out, names);
+  Check(out.Size() <= size);
+}
+
+void Searches(TMemoryStream& m, std::int64_t size, const std::uint8_t* data) {
+  const std::vector<std::u16string> texts = {u"</A>", u"\r\n", u"x"};
+  for (const std::u16string& text : texts) {
+    m.SetPosition(0);
+    int status = 0;
+    const std::u16string got = ReadStreamUntil(m, text, status);
+    Check(static_cast<std::int64_t>(got.size()) == m.Position());
+  }
+  int index = 0;
+  m.SetPosition(0);
+  const std::u16string got = ReadStreamUntilTagList(m, texts, 2, index);
+  Check(static_cast<std::int64_t>(got.size()) == m.Position() && index >= -1 && index <= 2);
+
+  // The first bytes are the pattern, the next ones the replacement.
+  const std::size_t n = static_cast<std::size_t>(size);
+  const std::u16string pattern(data, data + std::min<std::size_t>(n, 2));
+  const std::u16string replacement(data + std::min<std::size_t>(n, 2),
+                                   data + std::min<std::size_t>(n, 6));
+  TMemoryStream out;
+  const int count =
+      SearchAndReplace(m, out, pattern, replacement, (n & 1) != 0, static_cast<int>(n % 5) - 1,
+                       static_cast<int>(n % 3), u"\\",
+                       [](std::u16string_view modifier, std::u16string& r) { r = modifier; });
+  Check(count >= 0 && count <= size);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  if (size > 1 << 16) return 0;
+  TMemoryStream m;
+  Load(m, data, size);
+  const auto n = static_cast<std::int64_t>(size);
+  Lines(m, n);
+  Numbers(m, n);
+  Tags(m, n);
+  Searches(m, n, data);
+  return 0;
+}

@@ -1,0 +1,88 @@
+#include "zyn/platform/val.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+
+#include "testing/zyn_testing.h"
+
+namespace zyn::platform {
+namespace {
+
+using zyn::testing::Utf8;
+
+TEST(ValTest, FloatingPoint) {
+  constexpr double kInf = std::numeric_limits<double>::infinity();
+  struct Case {
+    std::u16string_view text;
+    double value;
+    int code;
+  };
+  const Case cases[] = {
+      {u"0", 0.0, 0},
+      {u"3.5", 3.5, 0},
+      {u"  -12", -12.0, 0},
+      {u"+7", 7.0, 0},
+      {u"5.", 5.0, 0},
+      {u".25", 0.25, 0},
+      {u"1E5", 1e5, 0},
+      {u"1e-2", 0.01, 0},
+      {u"-2.5E+3", -2500.0, 0},
+      {u"1.7E308", 1.7e308, 0},
+      {u"1E4200", kInf, 0},
+      {u"-1E999", -kInf, 0},
+      {u"123456789012345678901234567890E300", kInf, 0},
+      {u"0.0000001E-400", 0.0, 0},
+      {u"4.9406564584124654E-324", 4.9406564584124654e-324, 0},
+      {u"0E99999", 0.0, 0},
+      {u"", 0.0, 1},
+      {u"-", 0.0, 2},
+      {u".", 0.0, 2},
+      {u"1e", 0.0, 3},
+      {u"1e+", 0.0, 4},
+      {u"1x", 0.0, 2},
+      {u"1 ", 0.0, 2},
+      {u"1,5", 0.0, 2},
+      {u"inf", 0.0, 1},
+      {u"nan", 0.0, 1},
+      {u"1.2.3", 0.0, 4},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(Utf8(c.text));
+    int code = -1;
+    const double v = Val(c.text, code);
+    EXPECT_EQ(code, c.code);
+    EXPECT_EQ(v, c.value);
+  }
+}
+
+TEST(ValTest, Integer) {
+  struct Case {
+    std::u16string_view text;
+    int value;
+    int code;
+  };
+  const Case cases[] = {
+      {u"42", 42, 0},
+      {u" -42", -42, 0},
+      {u"$ff", 255, 0},
+      {u"0x7FFFFFFF", 2147483647, 0},
+      {u"-2147483648", -2147483647 - 1, 0},
+      {u"2147483648", 0, 10},
+      {u"12a", 0, 3},
+      {u"", 0, 1},
+      {u"+", 0, 2},
+      {u"$", 0, 2},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(Utf8(c.text));
+    int v = -1, code = -1;
+    Val(c.text, v, code);
+    EXPECT_EQ(code, c.code);
+    EXPECT_EQ(v, c.value);
+  }
+}
+
+}  // namespace
+}  // namespace zyn::platform

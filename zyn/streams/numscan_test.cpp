@@ -1,0 +1,113 @@
+#include "zyn/streams/numscan.h"
+
+#include <gtest/gtest.h>
+
+#include "zyn/base/univconst.h"
+
+namespace Zyn_streams {
+namespace {
+
+using zyn::platform::TMemoryStream;
+using Zyn_univconst::uc_MaxDouble;
+
+void Fill(TMemoryStream& m, std::string_view bytes) {
+  m.WriteBuffer(bytes.data(), static_cast<int>(bytes.size()));
+  m.SetPosition(0);
+}
+
+TEST(NumScanTest, ScanStreamDecimal) {
+  struct Case {
+    std::string_view bytes;
+    int value;
+    int consumed;
+  };
+  const Case cases[] = {
+      {"", 0, 0},
+      {"  -12x", -12, 6},
+      {"\r\n 7 8", 7, 5},
+      {"+5", 5, 2},
+      {"\t5", 0, 1},  // a tab is not skipped
+      {"x", 0, 1},
+      {"-", 0, 1},
+      {"--1", 0, 2},
+      {"2147483647", 2147483647, 10},
+      {"-2147483648", -2147483647 - 1, 11},
+      {"4294967297", 1, 10},  // 32 bits, wrapping
+      {"007;", 7, 4},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.bytes));
+    TMemoryStream m;
+    Fill(m, c.bytes);
+    EXPECT_EQ(ScanStreamDecimal(m), c.value);
+    EXPECT_EQ(m.Position(), c.consumed);
+  }
+}
+
+TEST(NumScanTest, ScanStreamFPNum) {
+  struct Case {
+    std::string_view bytes;
+    bool allow_exp;
+    int dec_mode;
+    double value;
+    int consumed;
+  };
+  const Case cases[] = {
+      {"", true, 1, 0.0, 0},
+      {"3.5 7", true, 1, 3.5, 4},
+      {" \t\r\n-2", true, 1, -2.0, 6},
+      {"3,5", true, 2, 3.5, 3},
+      {"3,5", true, 1, 3.0, 2},
+      {"3,5", true, 3, 3.5, 3},
+      {"3.5", true, 0, 3.0, 2},  // no separator at all
+      {"3.5", true, 7, 3.0, 2},
+      {"1.2.3", true, 1, 0.0, 4},
+      {"5.", true, 1, 5.0, 2},
+      {".", true, 1, 0.0, 1},
+      {".5", true, 1, 0.5, 2},
+      {"-.5", true, 1, -0.5, 3},
+      {"-", true, 1, 0.0, 1},
+      {"+-1", true, 1, 0.0, 2},
+      {"- 1", true, 1, 0.0, 2},
+      {"1e5", true, 1, 100000.0, 3},
+      {"1e5", false, 1, 1.0, 2},
+      {"1E-2;", true, 1, 0.01, 5},
+      {"2.5e+2", true, 1, 250.0, 6},
+      {"1e", true, 1, 0.0, 2},
+      {"1e+", true, 1, 0.0, 3},
+      {"1ex", true, 1, 0.0, 3},
+      {"1e5.", true, 1, 100000.0, 4},
+      {"1E5000", true, 1, uc_MaxDouble, 6},
+      {"-1E5000", true, 1, -uc_MaxDouble, 7},
+      {"1E309", true, 1, uc_MaxDouble, 5},
+      {"1.8E308", true, 1, uc_MaxDouble, 7},
+      {"1E-5000", true, 1, 0.0, 7},
+      {"1E4200", true, 1, uc_MaxDouble, 6},
+      {"0E999999", true, 1, 0.0, 8},
+      {"1-2", true, 1, 1.0, 2},
+      {"x", true, 1, 0.0, 1},
+      {"E5", true, 1, 0.0, 1},
+      {"12", true, 1, 12.0, 2},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(testing::Message()
+                 << std::string(c.bytes) << " exp=" << c.allow_exp << " mode=" << c.dec_mode);
+    TMemoryStream m;
+    Fill(m, c.bytes);
+    EXPECT_DOUBLE_EQ(ScanStreamFPNum(m, c.allow_exp, c.dec_mode), c.value);
+    EXPECT_EQ(m.Position(), c.consumed);
+  }
+}
+
+TEST(NumScanTest, NextCallStartsBehindTheConsumedByte) {
+  TMemoryStream m;
+  Fill(m, "3.5 7\n-1e1,2");
+  EXPECT_EQ(ScanStreamFPNum(m, true, 1), 3.5);
+  EXPECT_EQ(ScanStreamFPNum(m, true, 1), 7.0);
+  EXPECT_EQ(ScanStreamFPNum(m, true, 1), -10.0);
+  EXPECT_EQ(ScanStreamFPNum(m, true, 1), 2.0);
+  EXPECT_EQ(ScanStreamDecimal(m), 0);
+}
+
+}  // namespace
+}  // namespace Zyn_streams

@@ -1,0 +1,181 @@
+#include "zyn/streams/streamio.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
+
+namespace Zyn_streams {
+namespace {
+
+constexpr int kWriteBlock = 4096;
+constexpr int kReadBlock = 256;
+
+template <typename Bits>
+void WriteLittleEndian(TStream& stream, Bits bits) {
+  std::array<std::uint8_t, sizeof(Bits)> bytes;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    bytes[i] = static_cast<std::uint8_t>(bits >> (8 * i));
+  }
+  stream.WriteBuffer(bytes.data(), static_cast<int>(bytes.size()));
+}
+
+template <typename Bits>
+Bits ReadLittleEndian(TStream& stream, bool& eof) {
+  std::array<std::uint8_t, sizeof(Bits)> bytes{};
+  eof = false;
+  try {
+    stream.ReadBuffer(bytes.data(), static_cast<int>(bytes.size()));
+  } catch (...) {
+    eof = true;  // what arrived stays; the rest is 0
+  }
+  Bits bits = 0;
+  for (std::size_t i = 0; i < bytes.size(); ++i)
+    bits |= static_cast<Bits>(Bits{bytes[i]} << (8 * i));
+  return bits;
+}
+
+bool ReadByte(TStream& stream, std::uint8_t& b) { return stream.Read(&b, 1) == 1; }
+
+bool EndsLine(int lineEnd, std::uint8_t b, std::uint8_t previous) {
+  switch (lineEnd) {
+    case 0:
+      return b == 10;
+    case 1:
+      return b == 13;
+    case 2:
+      return b == 10 || b == 13;
+    case 3:
+      return b == 13 && previous == 10;
+    case 4:
+      return b == 10 && previous == 13;
+    default:
+      return false;
+  }
+}
+
+bool IsLineEndChar(char16_t c) { return c == 10 || c == 13; }
+
+char16_t FoldAscii(char16_t c) { return (c >= u'A' && c <= u'Z') ? c + 32 : c; }
+
+}  // namespace
+
+void WriteStringStream(TStream& stream, std::u16string_view s) {
+  std::array<std::uint8_t, kWriteBlock> block;
+  while (!s.empty()) {
+    const std::size_t n = std::min<std::size_t>(s.size(), block.size());
+    for (std::size_t i = 0; i < n; ++i) block[i] = static_cast<std::uint8_t>(s[i]);
+    stream.WriteBuffer(block.data(), static_cast<int>(n));
+    s.remove_prefix(n);
+  }
+}
+
+void WriteLnStream(TStream& stream, std::u16string_view s) {
+  WriteStringStream(stream, s);
+  const std::uint8_t crlf[2] = {13, 10};
+  stream.WriteBuffer(crlf, 2);
+}
+
+void WriteLongintToStream(TStream& stream, std::int32_t value) {
+  WriteLittleEndian(stream, static_cast<std::uint32_t>(value));
+}
+
+void WriteSingleToStream(TStream& stream, float value) {
+  WriteLittleEndian(stream, std::bit_cast<std::uint32_t>(value));
+}
+
+void WriteDoubleToStream(TStream& stream, double value) {
+  WriteLittleEndian(stream, std::bit_cast<std::uint64_t>(value));
+}
+
+void WriteExtendedToStream(TStream& stream, double value) { WriteDoubleToStream(stream, value); }
+
+std::int32_t ReadLongintFromStream(TStream& stream, bool& eof) {
+  return static_cast<std::int32_t>(ReadLittleEndian<std::uint32_t>(stream, eof));
+}
+
+float ReadSingleFromStream(TStream& stream, bool& eof) {
+  return std::bit_cast<float>(ReadLittleEndian<std::uint32_t>(stream, eof));
+}
+
+double ReadDoubleFromStream(TStream& stream, bool& eof) {
+  return std::bit_cast<double>(ReadLittleEndian<std::uint64_t>(stream, eof));
+}
+
+double ReadExtendedFromStream(TStream& stream, bool& eof) {
+  return ReadDoubleFromStream(stream, eof);
+}
+
+std::u16string ReadLnStream(TStream& stream, bool& eof, int lineEnd) {
+  eof = false;
+  std::u16string line;
+  std::uint8_t previous = 0;
+  std::uint8_t b;
+  bool ended = false;
+  while (!ended) {
+    if (!ReadByte(stream, b)) {
+      eof = true;
+      return line;
+    }
+    line.push_back(b);
+    ended = EndsLine(lineEnd, b, previous);
+    previous = b;
+  }
+  for (int k = 0; k < 2 && !line.empty() && IsLineEndChar(line.back()); ++k) line.pop_back();
+  return line;
+}
+
+std::u16string StreamAsString(TStream& stream) {
+  std::u16string text;
+  std::array<std::uint8_t, kReadBlock> block;
+  int n;
+  while ((n = stream.Read(block.data(), kReadBlock)) > 0)
+    text.append(block.begin(), block.begin() + n);
+  return text;
+}
+
+bool FindInStream(TStream& stream, std::uint8_t value) {
+  std::uint8_t b;
+  while (ReadByte(stream, b)) {
+    if (b == value) return true;
+  }
+  return false;
+}
+
+int CountLinesInStream(TStream& stream) {
+  int lines = 0;
+  std::uint8_t b;
+  while (ReadByte(stream, b)) lines += b == 10;
+  return lines;
+}
+
+std::u16string ReadStreamUntil(TStream& stream, std::u16string_view text, int& status) {
+  status = -1;
+  std::u16string folded_text(text);
+  std::transform(folded_text.begin(), folded_text.end(), folded_text.begin(), FoldAscii);
+  const std::int64_t start = stream.Position();
+  std::u16string buffer;
+  std::u16string folded;
+  std::array<std::uint8_t, kReadBlock> block;
+  while (true) {
+    const int n = std::max(stream.Read(block.data(), kReadBlock), 0);
+    const std::size_t searched = folded.size();
+    buffer.append(block.begin(), block.begin() + n);
+    for (int i = 0; i < n; ++i) folded.push_back(FoldAscii(block[static_cast<std::size_t>(i)]));
+    if (!folded_text.empty()) {
+      // Only a hit that reaches into the new block can be new.
+      const std::size_t from =
+          searched >= folded_text.size() ? searched - folded_text.size() + 1 : 0;
+      const std::size_t hit = folded.find(folded_text, from);
+      if (hit != std::u16string::npos) {
+        status = 0;
+        buffer.resize(hit + folded_text.size());
+        stream.SetPosition(start + static_cast<std::int64_t>(buffer.size()));
+        return buffer;
+      }
+    }
+    if (n < kReadBlock) return buffer;
+  }
+}
+
+}  // namespace Zyn_streams
