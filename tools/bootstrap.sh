@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(cmake ninja-build g++ clang libclang-rt-14-dev libgtest-dev libgmock-dev
-          libbenchmark-dev zlib1g-dev libssl-dev pkg-config)
+          libbenchmark-dev zlib1g-dev libssl-dev libpcre2-dev pkg-config)
 
 missing=()
 for p in "${packages[@]}"; do

@@ -111,24 +111,23 @@ std::size_t WriteScientific(double a, int significant, char* out, char* out_end)
 
 std::size_t StrToBuffer(double x, int width, int decimals, std::span<char, kStrBufferSize> out) {
   width = std::min(width, kMaxWidth);
-  char body[kStrBufferSize];
+  char* body = out.data();
+  char* const end = body + out.size();
   std::size_t length = 0;
   if (!std::isfinite(x)) {
     length = WriteNonFinite(x, body);
   } else if (decimals >= 0) {
-    const bool negative = x < 0;
-    if (negative) body[length++] = '-';
-    length += WriteFixed(std::fabs(x), std::min(decimals, kMaxDecimals), body + length,
-                         body + sizeof body);
+    if (x < 0) body[length++] = '-';
+    length += WriteFixed(std::fabs(x), std::min(decimals, kMaxDecimals), body + length, end);
   } else {
     body[length++] = x < 0 ? '-' : ' ';
-    length +=
-        WriteScientific(std::fabs(x), std::max(width, 10) - 8, body + length, body + sizeof body);
+    length += WriteScientific(std::fabs(x), std::max(width, 10) - 8, body + length, end);
   }
-  const std::size_t pad =
-      width > static_cast<int>(length) ? static_cast<std::size_t>(width) - length : 0;
-  std::memset(out.data(), ' ', pad);
-  std::memcpy(out.data() + pad, body, length);
+  if (width <= static_cast<int>(length)) return length;
+  // Only texts shorter than 256 get here, so the padded text fits.
+  const std::size_t pad = static_cast<std::size_t>(width) - length;
+  std::memmove(body + pad, body, length);
+  std::memset(body, ' ', pad);
   return pad + length;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <typeinfo>
 
 #include "zyn/platform/file_handle.h"
 #include "zyn/platform/text.h"
@@ -206,6 +207,34 @@ TFileStream::TFileStream(std::u16string_view AFileName, std::uint16_t Mode)
 
 TFileStream::~TFileStream() { WriteBack(); }
 
+// Holds the ReadByte window back for the length of one operation.
+class FileStreamWindowLease {
+ public:
+  explicit FileStreamWindowLease(TFileStream& stream) : stream_(stream) {
+    stream_.TakeBackWindow();
+  }
+  FileStreamWindowLease(const FileStreamWindowLease&) = delete;
+  FileStreamWindowLease& operator=(const FileStreamWindowLease&) = delete;
+  ~FileStreamWindowLease() { stream_.OfferWindow(); }
+
+ private:
+  TFileStream& stream_;
+};
+
+void TFileStream::TakeBackWindow() {
+  if (window_end_ == nullptr) return;
+  buffer_cursor_ = static_cast<int>(window_next_ - buffer_.data());
+  window_next_ = window_end_ = nullptr;
+}
+
+void TFileStream::OfferWindow() {
+  if (!readable_ || buffer_cursor_ >= buffer_length_ || typeid(*this) != typeid(TFileStream)) {
+    return;
+  }
+  window_next_ = buffer_.data() + buffer_cursor_;
+  window_end_ = buffer_.data() + buffer_length_;
+}
+
 bool TFileStream::WriteBack() {
   if (!buffer_dirty_) return true;
   buffer_dirty_ = false;
@@ -226,12 +255,17 @@ void TFileStream::FlushBuffer() {
 }
 
 int TFileStream::Read(void* Buffer, int Count) {
+  FileStreamWindowLease lease(*this);
   // Byte-at-a-time readers come here once per byte: serve them straight from
-  // the buffer.
+  // the buffer, without the set-up of the general path.
   if (Count == 1 && buffer_cursor_ < buffer_length_ && readable_) {
     *static_cast<std::uint8_t*>(Buffer) = buffer_[static_cast<std::size_t>(buffer_cursor_++)];
     return 1;
   }
+  return ReadThroughBuffer(Buffer, Count);
+}
+
+int TFileStream::ReadThroughBuffer(void* Buffer, int Count) {
   if (!readable_ || Count <= 0) return 0;
   auto* out = static_cast<std::uint8_t*>(Buffer);
   int done = 0;
@@ -266,6 +300,7 @@ int TFileStream::Read(void* Buffer, int Count) {
 }
 
 int TFileStream::Write(const void* Buffer, int Count) {
+  FileStreamWindowLease lease(*this);
   if (!writable_ || Count <= 0) return 0;
   const auto* in = static_cast<const std::uint8_t*>(Buffer);
   int done = 0;
@@ -297,6 +332,7 @@ int TFileStream::Write(const void* Buffer, int Count) {
 }
 
 std::int64_t TFileStream::Seek(std::int64_t Offset, TSeekOrigin Origin) {
+  FileStreamWindowLease lease(*this);
   const std::int64_t current = buffer_start_ + buffer_cursor_;
   if (Origin == soCurrent && Offset == 0) return current;
   const std::int64_t target =
@@ -321,6 +357,7 @@ std::int64_t TFileStream::Size() {
 
 void TFileStream::SetSize(std::int64_t NewSize) {
   if (NewSize < 0) throw EStreamError(u"Invalid stream size");
+  FileStreamWindowLease lease(*this);
   FlushBuffer();
   const std::int64_t position = std::min(buffer_start_ + buffer_cursor_, NewSize);
   buffer_start_ = position;

@@ -78,10 +78,28 @@ class TStream : public TObject {
   // EStreamError: not every stream can change its size.
   virtual void SetSize(std::int64_t NewSize);
 
+  // One byte, exactly as `Read(&b, 1) == 1` gives it. A stream that keeps a
+  // buffer lets this take bytes from it without a virtual call, which is what
+  // makes byte-at-a-time readers fast.
+  bool ReadByte(std::uint8_t& b) {
+    if (window_next_ != window_end_) {
+      b = *window_next_++;
+      return true;
+    }
+    return Read(&b, 1) == 1;
+  }
+
   // Copies `Count` bytes from `Source`'s position to this stream's; with a
   // `Count` of 0 or less, everything from `Source`'s start to its end.
   // The number of bytes copied. A short source raises EReadError.
   std::int64_t CopyFrom(TStream& Source, std::int64_t Count);
+
+ protected:
+  // Buffered bytes at the position that ReadByte may take directly; empty by
+  // default. A stream that sets them must count what ReadByte took from them
+  // as read before it does anything else.
+  const std::uint8_t* window_next_ = nullptr;
+  const std::uint8_t* window_end_ = nullptr;
 };
 
 // A stream in memory. The bytes are the object's; `Memory()` shows them.
@@ -177,6 +195,15 @@ class TFileStream : public TStream {
   const std::u16string& FileName() const { return file_name_; }
 
  private:
+  friend class FileStreamWindowLease;
+  // The window of ReadByte: taken back into buffer_cursor_ at the start of
+  // every operation that uses the position, offered again at its end. Only
+  // a plain TFileStream offers it, so that a class derived from it that
+  // overrides Read sees every byte.
+  void TakeBackWindow();
+  void OfferWindow();
+  // Read's general path: through the buffer, refilling it as needed.
+  int ReadThroughBuffer(void* Buffer, int Count);
   // Writes the buffer if it holds unwritten bytes; false on failure.
   bool WriteBack();
   // Empties the buffer at the logical position (after a WriteBack).

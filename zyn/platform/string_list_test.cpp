@@ -55,16 +55,5 @@ TEST(StringListTest, SetTextSplitsOnEveryLineEnd) {
   }
 }
 
-TEST(StringListTest, AssignCopiesAndRefusesStrangers) {
-  TStringList a, b;
-  a.Add(u"x");
-  b.Assign(a);
-  EXPECT_EQ(b.Count(), 1);
-  EXPECT_EQ(b[0], u"x");
-  class TOther : public TPersistent {};
-  TOther other;
-  EXPECT_THROW(b.Assign(other), EConvertError);
-}
-
 }  // namespace
 }  // namespace zyn::platform

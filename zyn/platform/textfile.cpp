@@ -191,10 +191,11 @@ Textfile::Textfile() : state_(std::make_unique<State>()) {}
 
 Textfile::~Textfile() {
   if (state_->mode == Mode::kOutput) {
+    const int status = pending_status;
     try {
       state_->WriteOut(true);
     } catch (const EInOutError&) {
-      pending_status = 0;  // nobody is left to ask for it
+      pending_status = status;  // nobody is left to ask for this failure
     }
   }
   state_->file.Close();

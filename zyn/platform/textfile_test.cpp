@@ -115,108 +115,68 @@ TEST(TextfileTest, ReadIntegerSkipsWhiteSpaceAndLineEnds) {
   EXPECT_EQ(f.ReadInteger(), 0);  // at the end: 0, no error
 }
 
-TEST(TextfileTest, ReadIntegerRaisesOnOtherText) {
-  TempDir dir;
-  for (std::string_view bad : {"x", "12x", "-", "$", "2147483648", "1.5"}) {
-    SCOPED_TRACE(std::string(bad));
-    WriteFileBytes(dir / "t", bad);
-    Textfile f;
-    f.Assign(Name(dir / "t"));
-    f.Reset();
-    try {
-      f.ReadInteger();
-      ADD_FAILURE() << "no exception";
-    } catch (const EInOutError& e) {
-      EXPECT_EQ(e.ErrorCode(), kIoInvalidNumericInput);
+// Runs `script` on a text file: R Reset, W Rewrite, A Append, C Close, E Eof,
+// l WriteLn, r ReadLn, c ReadChar, i ReadInteger.
+// clang-format off
+void RunScript(Textfile& f, std::string_view script) {
+  for (char op : script) {
+    switch (op) {
+      case 'R': f.Reset(); break;
+      case 'W': f.Rewrite(); break;
+      case 'A': f.Append(); break;
+      case 'C': f.Close(); break;
+      case 'E': f.Eof(); break;
+      case 'l': f.WriteLn(); break;
+      case 'r': f.ReadLn(); break;
+      case 'c': f.ReadChar(); break;
+      case 'i': f.ReadInteger(); break;
     }
-    EXPECT_EQ(IOResult(), kIoInvalidNumericInput);
-    EXPECT_EQ(IOResult(), 0);  // cleared by the first call
   }
 }
+// clang-format on
 
 TEST(TextfileTest, FailuresRaiseWithTheirStatus) {
-  TempDir dir;
-  WriteFileBytes(dir / "t", "a");
   struct Case {
-    const char* what;
-    std::function<void(Textfile&)> run;
+    const char* file;  // its content, or nullptr for a missing file
+    const char* name;  // below the scratch directory; "" for the directory itself
+    std::string_view script;
     int status;
   };
-  const std::u16string missing = Name(dir / "missing");
-  const std::u16string nodir = Name(dir / "missing" / "x");
-  const std::u16string exists = Name(dir / "t");
   const Case cases[] = {
-      {"reset missing",
-       [&](Textfile& f) {
-         f.Assign(missing);
-         f.Reset();
-       },
-       kIoFileNotFound},
-      {"append missing",
-       [&](Textfile& f) {
-         f.Assign(missing);
-         f.Append();
-       },
-       kIoFileNotFound},
-      {"rewrite in missing dir",
-       [&](Textfile& f) {
-         f.Assign(nodir);
-         f.Rewrite();
-       },
-       kIoFileNotFound},
-      {"reset a directory",
-       [&](Textfile& f) {
-         f.Assign(Name(dir.path()));
-         f.Reset();
-       },
-       kIoAccessDenied},
-      {"not assigned", [&](Textfile& f) { f.Reset(); }, kIoFileNotAssigned},
-      {"close closed",
-       [&](Textfile& f) {
-         f.Assign(exists);
-         f.Close();
-       },
-       kIoFileNotOpen},
-      {"eof closed",
-       [&](Textfile& f) {
-         f.Assign(exists);
-         f.Eof();
-       },
-       kIoFileNotOpen},
-      {"write to input",
-       [&](Textfile& f) {
-         f.Assign(exists);
-         f.Reset();
-         f.WriteLn();
-       },
-       kIoNotOpenForOutput},
-      {"read from output",
-       [&](Textfile& f) {
-         f.Assign(Name(dir / "o"));
-         f.Rewrite();
-         f.ReadLn();
-       },
-       kIoNotOpenForInput},
-      {"read behind end",
-       [&](Textfile& f) {
-         f.Assign(exists);
-         f.Reset();
-         f.ReadChar();
-         f.ReadChar();
-       },
-       kIoReadError},
+      {nullptr, "missing", "R", kIoFileNotFound},
+      {nullptr, "missing", "A", kIoFileNotFound},
+      {nullptr, "missing/x", "W", kIoFileNotFound},
+      {nullptr, "", "R", kIoAccessDenied},
+      {"a", "t", "C", kIoFileNotOpen},
+      {"a", "t", "E", kIoFileNotOpen},
+      {"a", "t", "Rl", kIoNotOpenForOutput},
+      {"a", "t", "Wr", kIoNotOpenForInput},
+      {"a", "t", "Rcc", kIoReadError},
+      {"x", "t", "Ri", kIoInvalidNumericInput},
+      {"12x", "t", "Ri", kIoInvalidNumericInput},
+      {"-", "t", "Ri", kIoInvalidNumericInput},
+      {"$", "t", "Ri", kIoInvalidNumericInput},
+      {"2147483648", "t", "Ri", kIoInvalidNumericInput},
+      {"1.5", "t", "Ri", kIoInvalidNumericInput},
   };
+  TempDir dir;
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
+    SCOPED_TRACE(::testing::Message() << c.name << " " << c.script);
+    if (c.file != nullptr) WriteFileBytes(dir / c.name, c.file);
     Textfile f;
+    f.Assign(Name(*c.name ? dir / c.name : dir.path()));
     try {
-      c.run(f);
+      RunScript(f, c.script);
       ADD_FAILURE() << "no exception";
     } catch (const EInOutError& e) {
       EXPECT_EQ(e.ErrorCode(), c.status);
     }
     EXPECT_EQ(IOResult(), c.status);
+    EXPECT_EQ(IOResult(), 0);  // cleared by the first call
   }
+  Textfile unassigned;
+  EXPECT_THROW(unassigned.Reset(), EInOutError);
+  EXPECT_EQ(IOResult(), kIoFileNotAssigned);
 }
 
 TEST(TextfileTest, AppendResetAndRewind) {
@@ -238,17 +198,6 @@ TEST(TextfileTest, AppendResetAndRewind) {
   f.Rewrite();
   f.Close();
   EXPECT_EQ(ReadFileBytes(dir / "t"), "");
-}
-
-TEST(TextfileTest, DestructorWritesPendingOutput) {
-  TempDir dir;
-  {
-    Textfile f;
-    f.Assign(Name(dir / "t"));
-    f.Rewrite();
-    f.WriteString(u"kept");
-  }
-  EXPECT_EQ(ReadFileBytes(dir / "t"), "kept");
 }
 
 }  // namespace

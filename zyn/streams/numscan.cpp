@@ -12,7 +12,7 @@ namespace {
 
 bool ReadUpperByte(TStream& stream, char16_t& c) {
   std::uint8_t b;
-  if (stream.Read(&b, 1) != 1) return false;
+  if (!stream.ReadByte(b)) return false;
   c = (b >= 'a' && b <= 'z') ? char16_t(b - 32) : char16_t(b);
   return true;
 }

@@ -25,11 +25,9 @@ TEST(NumScanTest, ScanStreamDecimal) {
       {"", 0, 0},
       {"  -12x", -12, 6},
       {"\r\n 7 8", 7, 5},
-      {"+5", 5, 2},
       {"\t5", 0, 1},  // a tab is not skipped
       {"x", 0, 1},
       {"-", 0, 1},
-      {"--1", 0, 2},
       {"2147483647", 2147483647, 10},
       {"-2147483648", -2147483647 - 1, 11},
       {"4294967297", 1, 10},  // 32 bits, wrapping
@@ -60,12 +58,10 @@ TEST(NumScanTest, ScanStreamFPNum) {
       {"3,5", true, 1, 3.0, 2},
       {"3,5", true, 3, 3.5, 3},
       {"3.5", true, 0, 3.0, 2},  // no separator at all
-      {"3.5", true, 7, 3.0, 2},
       {"1.2.3", true, 1, 0.0, 4},
       {"5.", true, 1, 5.0, 2},
       {".", true, 1, 0.0, 1},
       {".5", true, 1, 0.5, 2},
-      {"-.5", true, 1, -0.5, 3},
       {"-", true, 1, 0.0, 1},
       {"+-1", true, 1, 0.0, 2},
       {"- 1", true, 1, 0.0, 2},
@@ -79,15 +75,12 @@ TEST(NumScanTest, ScanStreamFPNum) {
       {"1e5.", true, 1, 100000.0, 4},
       {"1E5000", true, 1, uc_MaxDouble, 6},
       {"-1E5000", true, 1, -uc_MaxDouble, 7},
-      {"1E309", true, 1, uc_MaxDouble, 5},
       {"1.8E308", true, 1, uc_MaxDouble, 7},
       {"1E-5000", true, 1, 0.0, 7},
       {"1E4200", true, 1, uc_MaxDouble, 6},
       {"0E999999", true, 1, 0.0, 8},
       {"1-2", true, 1, 1.0, 2},
-      {"x", true, 1, 0.0, 1},
       {"E5", true, 1, 0.0, 1},
-      {"12", true, 1, 12.0, 2},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(testing::Message()

@@ -35,23 +35,40 @@ Bits ReadLittleEndian(TStream& stream, bool& eof) {
   return bits;
 }
 
-bool ReadByte(TStream& stream, std::uint8_t& b) { return stream.Read(&b, 1) == 1; }
+bool ReadByte(TStream& stream, std::uint8_t& b) { return stream.ReadByte(b); }
 
-bool EndsLine(int lineEnd, std::uint8_t b, std::uint8_t previous) {
-  switch (lineEnd) {
-    case 0:
-      return b == 10;
-    case 1:
-      return b == 13;
-    case 2:
-      return b == 10 || b == 13;
-    case 3:
-      return b == 13 && previous == 10;
-    case 4:
-      return b == 10 && previous == 13;
-    default:
-      return false;
+// Whether byte `b`, behind `previous`, ends a line under rule `LineEnd`.
+template <int LineEnd>
+bool EndsLine(std::uint8_t b, std::uint8_t previous) {
+  if constexpr (LineEnd == 0) return b == 10;
+  if constexpr (LineEnd == 1) return b == 13;
+  if constexpr (LineEnd == 2) return b == 10 || b == 13;
+  if constexpr (LineEnd == 3) return b == 13 && previous == 10;
+  if constexpr (LineEnd == 4) return b == 10 && previous == 13;
+  return false;
+}
+
+// Reads bytes into `line` until the rule is met (true) or the stream ends
+// (false). Bytes gather in a local chunk first, so that a line costs one
+// allocation instead of one per doubling of its length.
+template <int LineEnd>
+bool ReadLineBytes(TStream& stream, std::u16string& line) {
+  std::array<char16_t, 256> chunk;
+  std::size_t used = 0;
+  std::uint8_t previous = 0;
+  std::uint8_t b;
+  bool ended = false;
+  while (!ended && ReadByte(stream, b)) {
+    if (used == chunk.size()) {
+      line.append(chunk.data(), used);
+      used = 0;
+    }
+    chunk[used++] = b;
+    ended = EndsLine<LineEnd>(b, previous);
+    previous = b;
   }
+  line.append(chunk.data(), used);
+  return ended;
 }
 
 bool IsLineEndChar(char16_t c) { return c == 10 || c == 13; }
@@ -107,21 +124,32 @@ double ReadExtendedFromStream(TStream& stream, bool& eof) {
 }
 
 std::u16string ReadLnStream(TStream& stream, bool& eof, int lineEnd) {
-  eof = false;
   std::u16string line;
-  std::uint8_t previous = 0;
-  std::uint8_t b;
-  bool ended = false;
-  while (!ended) {
-    if (!ReadByte(stream, b)) {
-      eof = true;
-      return line;
-    }
-    line.push_back(b);
-    ended = EndsLine(lineEnd, b, previous);
-    previous = b;
+  bool ended;
+  switch (lineEnd) {
+    case 0:
+      ended = ReadLineBytes<0>(stream, line);
+      break;
+    case 1:
+      ended = ReadLineBytes<1>(stream, line);
+      break;
+    case 2:
+      ended = ReadLineBytes<2>(stream, line);
+      break;
+    case 3:
+      ended = ReadLineBytes<3>(stream, line);
+      break;
+    case 4:
+      ended = ReadLineBytes<4>(stream, line);
+      break;
+    default:
+      ended = ReadLineBytes<-1>(stream, line);
+      break;
   }
-  for (int k = 0; k < 2 && !line.empty() && IsLineEndChar(line.back()); ++k) line.pop_back();
+  eof = !ended;
+  if (ended) {
+    for (int k = 0; k < 2 && !line.empty() && IsLineEndChar(line.back()); ++k) line.pop_back();
+  }
   return line;
 }
 

@@ -115,27 +115,6 @@ TEST(StreamIoTest, ReadersGiveValueAndEof) {
   }
 }
 
-TEST(StreamIoTest, ValuesRoundTrip) {
-  TMemoryStream m;
-  const double values[] = {
-      0.0, -0.0, 1e-310, 3.141592653589793, -1.7e308, std::numeric_limits<double>::infinity()};
-  for (double v : values) WriteExtendedToStream(m, v);
-  WriteSingleToStream(m, 0.1f);
-  WriteLongintToStream(m, std::numeric_limits<std::int32_t>::min());
-  m.SetPosition(0);
-  bool eof = true;
-  for (double v : values) {
-    const double back = ReadDoubleFromStream(m, eof);
-    EXPECT_EQ(std::bit_cast<std::uint64_t>(back), std::bit_cast<std::uint64_t>(v));
-    EXPECT_FALSE(eof);
-  }
-  EXPECT_EQ(ReadSingleFromStream(m, eof), 0.1f);
-  EXPECT_EQ(ReadLongintFromStream(m, eof), std::numeric_limits<std::int32_t>::min());
-  EXPECT_FALSE(eof);
-  ReadLongintFromStream(m, eof);
-  EXPECT_TRUE(eof);
-}
-
 struct Line {
   std::u16string text;
   bool eof;

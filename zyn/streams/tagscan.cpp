@@ -34,7 +34,7 @@ class StreamSource {
       : stream_(stream), record_(record) {}
   bool Next(char16_t& c) {
     std::uint8_t b;
-    if (stream_.Read(&b, 1) != 1) return false;
+    if (!stream_.ReadByte(b)) return false;
     if (record_ != nullptr) record_->push_back(static_cast<char>(b));
     c = b;
     return true;

@@ -71,7 +71,6 @@ TEST(TagScanTest, ReadNextTag) {
       {"<br/><br /><BR  a=1  />", {{4, u"", u""}, {4, u"", u""}, {4, u"a=1", u""}}},
       {"<!-- a --><b>t</b>", {{1, u"", u"t"}}},
       {"<!-- a>b --><c>t</c>", {{6, u"", u"t"}}},
-      {"<!x><!y>", {{8, u"", u""}}},
       {"</a>", {{5, u"", u""}, {8, u"", u""}}},
       {"<a>no end", {{2, u"", u"no end"}}},
       {"<a><a>x</a></a>", {{2, u"", u"<a>x"}, {5, u"", u""}}},
@@ -79,13 +78,11 @@ TEST(TagScanTest, ReadNextTag) {
       {"<a>line\r\n<!--c-->end</A >x</A>", {{2, u"", u"line\r\n<!--c-->end</A >x"}}},
       {"<?xml version=1?>text", {{7, u"version=1?", u"text"}}},
       {"", {{8, u"", u""}}},
-      {"no tag at all", {{8, u"", u""}}},
       {"<", {{8, u"", u""}}},
       {"<a", {{8, u"", u""}}},  // the last character of an unfinished tag goes, as ">" would
       {"<ab", {{2, u"", u""}}},
       {"<a b=\">\">", {{2, u"b=\"", u"\">"}}},
       {"<a\nb>x</a\nb>", {{kHigh, u"", u"x"}}},
-      {"<b >t</b>", {{1, u"", u"t"}}},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.text));
@@ -113,14 +110,6 @@ TEST(TagScanTest, LookupIsBoundedByHigh) {
   }
 }
 
-TEST(TagScanTest, ReadPositionAfterATag) {
-  TMemoryStream m;
-  Fill(m, "x<A b = 1>hello</a>after");
-  std::u16string attr, content;
-  ReadNextTagInStream(m, kList, kHigh, attr, content);
-  EXPECT_EQ(m.Position(), 19);
-}
-
 TEST(TagScanTest, ScanForXMLAttrib) {
   struct Case {
     std::u16string_view attribs, name, value;
@@ -132,13 +121,11 @@ TEST(TagScanTest, ScanForXMLAttrib) {
       {u"a=\"1\" b=2", u"b", u"2"},
       {u"a==1 b=2", u"b", u""},
       {u"a", u"a", u""},
-      {u"", u"a", u""},
       {u" a = 1 ", u"a", u"1"},
       {u"a=1 b=\"x=y \" c=3", u"c", u"3"},
       {u"a=1 b=\"x=y \" c=3", u"b", u"x=y "},
       {u"a=\"open", u"a", u"open"},
       {u"a=1=2 b=3", u"b", u""},
-      {u"a=1=2 b=3", u"a", u""},
       {u"\"a\"=1", u"a", u""},
       {u"a=1\"b=2", u"b", u"2"},
       {u"a=x b=y a=z", u"a", u"x"},
@@ -246,13 +233,10 @@ TEST(TagScanTest, SearchAndReplace) {
     EXPECT_EQ(dst.Position(), 0);
     EXPECT_EQ(src.Position(), 1);
   }
-}
-
-TEST(TagScanTest, SearchAndReplaceWithoutEventKeepsUnknownModifiers) {
-  TMemoryStream src, dst;
-  Fill(src, "k");
-  EXPECT_EQ(SearchAndReplace(src, src, u"k", u"\\q\\h", false, 1, 0, u"\\", nullptr), 1);
-  EXPECT_EQ(std::string(src.Memory().begin(), src.Memory().end()), "\\qk");  // in place
+  TMemoryStream both;  // in place, and without an event
+  Fill(both, "k");
+  EXPECT_EQ(SearchAndReplace(both, both, u"k", u"\\q\\h", false, 1, 0, u"\\", nullptr), 1);
+  EXPECT_EQ(std::string(both.Memory().begin(), both.Memory().end()), "\\qk");
 }
 
 }  // namespace

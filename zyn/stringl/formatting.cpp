@@ -9,7 +9,6 @@
 #include "zyn/base/univconst.h"
 #include "zyn/platform/casefold.h"
 #include "zyn/platform/numtext.h"
-#include "zyn/stringl/stringl.h"
 
 namespace Zyn_stringl {
 
@@ -44,13 +43,11 @@ struct NumText {
     ++size;
   }
   std::u16string ToString() const { return std::u16string(chars.data(), chars.data() + size); }
+  NumText& AssignStr(double x, int width, int decimals) {
+    size = StrToBuffer(x, width, decimals, str_area());
+    return *this;
+  }
 };
-
-NumText StrText(double x, int width, int decimals) {
-  NumText t;
-  t.size = StrToBuffer(x, width, decimals, t.str_area());
-  return t;
-}
 
 // Zero-fill of a negative strff width: leading blanks become "0" and a "-"
 // behind them moves to the front.
@@ -67,7 +64,7 @@ NumText StrffText(double x, int width, int decimals) {
   const int field = std::abs(Limit(width));
   NumText t;
   if (decimals == -2 && std::isfinite(x)) {
-    t = StrText(x, field + 2, -2);
+    t.AssignStr(x, field + 2, -2);
     // Drop the first two of the four exponent digits; if they aren't "00"
     // the number doesn't fit and the field shows only "*".
     char* exponent = t.data() + t.size - 4;
@@ -77,7 +74,7 @@ NumText StrffText(double x, int width, int decimals) {
     t.size -= 2;
     if (!fits) std::memset(t.data(), '*', t.size);
   } else {
-    t = StrText(x, field, decimals);
+    t.AssignStr(x, field, decimals);
   }
   if (width < 0) ZeroFill(t);
   return t;
@@ -90,11 +87,16 @@ constexpr std::array<double, 9> kFixedUpper = {999999999.0, 9999999.9, 999999.99
 constexpr std::array<double, 9> kFixedLower = {1.0,     0.1,      0.01,      0.001,     0.0001,
                                                0.00001, 0.000001, 0.0000001, 0.00000001};
 
-std::u16string StripNumText(const NumText& t) {
-  std::size_t begin = 0, end = t.size;
-  while (begin < end && t.chars[begin] == ' ') ++begin;
-  while (end > begin && t.chars[end - 1] == ' ') --end;
-  return std::u16string(t.chars.data() + begin, t.chars.data() + end);
+// The text between the blanks at both ends.
+template <typename Char>
+std::basic_string_view<Char> Trimmed(std::basic_string_view<Char> s) {
+  const std::size_t begin = s.find_first_not_of(Char{' '});
+  if (begin == s.npos) return {};
+  return s.substr(begin, s.find_last_not_of(Char{' '}) + 1 - begin);
+}
+
+std::string_view TrimmedText(const NumText& t) {
+  return Trimmed(std::string_view(t.chars.data(), t.size));
 }
 
 NumText AutoFormatText(double x, int sig) {
@@ -104,6 +106,20 @@ NumText AutoFormatText(double x, int sig) {
   if (!std::isfinite(lg) || lg >= sig - 1 || lg <= -1) return StrffText(x, sig + 6, -2);
   const int t = static_cast<int>(lg);  // cut toward zero; |lg| < 16 here
   return StrffText(x, 1, sig - t - 1);
+}
+
+NumText SigDigText(double x, int width, int sig) {
+  const long long w = Limit(width), s = Limit(sig);
+  NumText t;
+  if (x == 0) return t.AssignStr(x, width, Limit(s - 1));
+  if (std::isfinite(x)) {
+    // The count of integer digits, 0 or negative below 1.
+    const auto e =
+        static_cast<long long>(std::floor(std::log(std::fabs(x)) / Zyn_univconst::uc_ln10 + 1));
+    if (e > s && e <= w - 1) return t.AssignStr(x, width, 0);
+    if (e <= s && e >= s - w + 3) return t.AssignStr(x, width, Limit(s - e));
+  }
+  return StrffText(x, Limit(std::max(w, s + 6)), -2);
 }
 
 void AppendAscii(std::u16string& s, std::string_view ascii) {
@@ -173,24 +189,21 @@ std::u16string FormatData(double x, int width, int decimals) {
 }
 
 std::u16string SigDigStr(double x, int width, int sig) {
-  const long long w = Limit(width), s = Limit(sig);
-  if (x == 0) return zyn::platform::Str(x, width, Limit(s - 1));
-  if (std::isfinite(x)) {
-    // The count of integer digits, 0 or negative below 1.
-    const auto e =
-        static_cast<long long>(std::floor(std::log(std::fabs(x)) / Zyn_univconst::uc_ln10 + 1));
-    if (e > s && e <= w - 1) return zyn::platform::Str(x, width, 0);
-    if (e <= s && e >= s - w + 3) return zyn::platform::Str(x, width, Limit(s - e));
-  }
-  return strff(x, Limit(std::max(w, s + 6)), -2);
+  return SigDigText(x, width, sig).ToString();
 }
 
 std::u16string SigDigStr(double x, int width, int sig, bool strip) {
-  std::u16string r = SigDigStr(x, width, sig);
-  return strip ? StripLTBlanks(r) : r;
+  const NumText t = SigDigText(x, width, sig);
+  if (!strip) return t.ToString();
+  const std::string_view text = TrimmedText(t);
+  return std::u16string(text.begin(), text.end());
 }
 
-std::u16string AutoFormatData(double x, int sig) { return StripNumText(AutoFormatText(x, sig)); }
+std::u16string AutoFormatData(double x, int sig) {
+  const NumText t = AutoFormatText(x, sig);
+  const std::string_view text = TrimmedText(t);
+  return std::u16string(text.begin(), text.end());
+}
 
 std::u16string AutoFormatData(double x, int sig, bool comma) {
   std::u16string r = AutoFormatData(x, sig);
@@ -218,9 +231,14 @@ std::u16string BinString(bool b, std::u16string_view whenTrue, std::u16string_vi
 }
 
 TTriState StrToTriState(std::u16string_view s) {
-  const std::u16string t = zyn::platform::LowerCase(StripLTBlanks(s));
-  if (t == u"true" || t == u"1" || t == u"+1" || t == u"yes") return tsTrue;
-  if (t == u"false" || t == u"-1" || t == u"no") return tsFalse;
+  const std::u16string_view t = Trimmed(s);
+  auto is = [t](std::u16string_view word) {
+    return t.size() == word.size() &&
+           std::equal(t.begin(), t.end(), word.begin(),
+                      [](char16_t a, char16_t b) { return zyn::platform::LowCase(a) == b; });
+  };
+  if (is(u"true") || is(u"1") || is(u"+1") || is(u"yes")) return tsTrue;
+  if (is(u"false") || is(u"-1") || is(u"no")) return tsFalse;
   return tsUndefined;
 }
 
@@ -246,6 +264,7 @@ std::u16string TimeString(double seconds, std::uint8_t form) {
   const auto hundredths = static_cast<long long>((seconds - std::trunc(seconds)) * 100.0);
 
   std::u16string r;
+  r.reserve(16);  // "65535:59:59.99" is the longest
   switch (form) {
     case 0:
     case 1:
@@ -301,21 +320,25 @@ std::u16string CreateParList(std::span<const std::int32_t> values, bool trailing
 std::u16string CreateParList(const Zyn_zynbase::TDoubleArray& values, bool trailingComma,
                              int maxCount, int sig) {
   return ParList(values.size(), trailingComma, maxCount, [&](std::u16string& r, std::size_t i) {
-    r.append(AutoFormatData(values[i], sig));
+    AppendAscii(r, TrimmedText(AutoFormatText(values[i], sig)));
   });
 }
 
 std::u16string CreateParList(std::span<const double> values, bool trailingComma) {
-  return ParList(values.size(), trailingComma, 0,
-                 [&](std::u16string& r, std::size_t i) { r.append(AutoFormatData(values[i], 3)); });
+  return ParList(values.size(), trailingComma, 0, [&](std::u16string& r, std::size_t i) {
+    AppendAscii(r, TrimmedText(AutoFormatText(values[i], 3)));
+  });
 }
 
 std::u16string SortableNumericString(std::u16string_view s, char16_t decimalChar, int intWidth) {
-  const std::u16string stripped = StripLTBlanks(s);
+  const std::u16string_view stripped = Trimmed(s);
   const std::size_t at = stripped.find(decimalChar);
-  const long long p = at == std::u16string::npos ? 0 : static_cast<long long>(at) + 1;
-  if (p >= intWidth) return stripped;
-  std::u16string r(static_cast<std::size_t>(intWidth - p), u' ');
+  const long long p = at == stripped.npos ? 0 : static_cast<long long>(at) + 1;
+  if (p >= intWidth) return std::u16string(stripped);
+  const auto blanks = static_cast<std::size_t>(intWidth - p);
+  std::u16string r;
+  r.reserve(blanks + stripped.size());
+  r.assign(blanks, u' ');
   r.append(stripped);
   return r;
 }

@@ -225,8 +225,11 @@ std::u16string StripTrailingChars(char16_t c, std::u16string_view s) {
 std::u16string EnsureTrailingBkSlash(std::u16string_view s) { return EnsureTrailingChar(u'\\', s); }
 
 std::u16string EnsureTrailingChar(char16_t c, std::u16string_view s) {
-  std::u16string r(s);
-  if (!s.empty() && s.back() != c) r.push_back(c);
+  if (s.empty() || s.back() == c) return std::u16string(s);
+  std::u16string r;
+  r.reserve(s.size() + 1);
+  r.append(s);
+  r.push_back(c);
   return r;
 }
 
@@ -248,7 +251,10 @@ std::u16string ReplaceCharInString(std::u16string_view s, char16_t oldChar, char
 std::u16string ReplaceStringInString(std::u16string_view s, std::u16string_view oldStr,
                                      std::u16string_view newStr, bool ignoreCase) {
   if (oldStr.empty()) return std::u16string(s);
+  const auto hits = static_cast<std::size_t>(CountStringInString(oldStr, s, !ignoreCase));
+  if (hits == 0) return std::u16string(s);
   std::u16string r;
+  r.reserve(s.size() - hits * oldStr.size() + hits * newStr.size());
   std::size_t done = 0;
   for (std::size_t hit = Find(s, oldStr, 0, ignoreCase); hit != std::u16string_view::npos;
        hit = Find(s, oldStr, done, ignoreCase)) {
@@ -256,7 +262,6 @@ std::u16string ReplaceStringInString(std::u16string_view s, std::u16string_view 
     r.append(newStr);
     done = hit + oldStr.size();
   }
-  if (done == 0) return std::u16string(s);
   r.append(s.substr(done));
   return r;
 }
@@ -266,10 +271,13 @@ std::u16string RemoveCharInString(std::u16string_view s, char16_t c) {
 }
 
 std::u16string RemoveMultiChars(std::u16string_view s, char16_t c) {
+  auto repeated = [&](std::size_t i) { return i > 0 && s[i] == c && s[i - 1] == c; };
+  std::size_t drop = 0;
+  for (std::size_t i = 0; i < s.size(); ++i) drop += repeated(i) ? 1 : 0;
   std::u16string r;
-  r.reserve(s.size());
+  r.reserve(s.size() - drop);
   for (std::size_t i = 0; i < s.size(); ++i) {
-    if (s[i] == c && i > 0 && s[i - 1] == c) continue;
+    if (repeated(i)) continue;
     r.push_back(s[i]);
   }
   return r;
@@ -283,21 +291,27 @@ std::u16string RemoveControlChars(std::u16string_view s) {
 
 std::u16string LeftString(std::u16string_view s, std::uint8_t width) {
   if (s.size() >= width) return std::u16string(s.substr(0, width));
-  std::u16string r(s);
+  std::u16string r;
+  r.reserve(width);
+  r.append(s);
   r.resize(width, kBlank);
   return r;
 }
 
 std::u16string RightString(std::u16string_view s, std::uint8_t width) {
   if (s.size() >= width) return std::u16string(s.substr(0, width));
-  std::u16string r(width - s.size(), kBlank);
+  std::u16string r;
+  r.reserve(width);
+  r.assign(width - s.size(), kBlank);
   r.append(s);
   return r;
 }
 
 std::u16string CenterString(std::u16string_view s, std::uint8_t width) {
   if (s.size() >= width) return std::u16string(s.substr(0, width));
-  std::u16string r((width - s.size()) / 2, kBlank);
+  std::u16string r;
+  r.reserve(width);
+  r.assign((width - s.size()) / 2, kBlank);
   r.append(s);
   r.resize(width, kBlank);
   return r;

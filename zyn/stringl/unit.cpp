@@ -1,8 +1,14 @@
 #include "zyn/stringl/unit.h"
 
+#include "zyn/stringl/scramble.h"
+
 namespace Zyn_stringl {
 
-void initialization() {}
+// The frame runs this at the first load only. The tables already hold the
+// default seed's values as constant data; seeding again keeps the generator's
+// state as a host that loads the library expects it.
+void initialization() { InitScramble(kDefaultScrambleSeed); }
+
 void Finalization() {}
 
 }  // namespace Zyn_stringl
