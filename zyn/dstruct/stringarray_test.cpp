@@ -537,5 +537,139 @@ TEST(StringArrayTest, RowChangesUnderAPendingSort) {
   for (int i = 1; i <= 4; ++i) EXPECT_EQ(a.GetSortOrder(i), i);
 }
 
+// --- XML form ---------------------------------------------------------------
+
+using zyn::platform::FromUTF8;
+using zyn::testing::ReadFileBytes;
+using zyn::testing::TempDir;
+using zyn::testing::WriteFileBytes;
+
+std::u16string Name(const std::filesystem::path& p) { return FromUTF8(p.string()); }
+
+void ExpectSameCells(const TStringArray& a, const TStringArray& b) {
+  ASSERT_EQ(a.NrOfColumns(), b.NrOfColumns());
+  ASSERT_EQ(a.NrOfRows(), b.NrOfRows());
+  for (int r = 1; r <= a.NrOfRows(); ++r) {
+    for (int c = 0; c <= a.NrOfColumns(); ++c) {
+      ASSERT_EQ(a.GetString(c, r).bytes(), b.GetString(c, r).bytes()) << c << "," << r;
+    }
+  }
+}
+
+TEST(StringArrayXmlTest, WritesTheDocumentedBlock) {
+  TStringArray a;
+  a.SetNrCols(2);
+  FillColumn(a, 1, {u"b", u"", u"c"});
+  a.SetString(0, 2, S(u"a<b"));
+  a.Sort(1, 0, false);  // the visible order c, b, "" is what is saved
+  TempDir dir;
+  zyn::platform::Textfile f;
+  f.Assign(Name(dir / "t.xml"));
+  f.Rewrite();
+  a.WriteToOpenXMLFile(f, false, u"my \"id\"");
+  f.Close();
+  EXPECT_EQ(ReadFileBytes(dir / "t.xml"),
+            "\r\n<!-- TStringArray / Zynforge -->\r\n"
+            "<strarray sig=\"Zynforge\" vers=\"1.0\" id=\"my _id_\">\r\n"
+            "  <numcols val=2 />\r\n  <numrows val=3 />\r\n"
+            "  <cell col=1 row=1>c</cell>\r\n  <cell col=1 row=2>b</cell>\r\n"
+            "  <cell col=0 row=3>a&#60;b</cell>\r\n</strarray>\r\n");
+}
+
+TEST(StringArrayXmlTest, HostileTextsSurviveSaveAndLoad) {
+  std::string low, high;
+  for (int b = 0; b < 128; ++b) low += static_cast<char>(b);
+  for (int b = 128; b < 256; ++b) high += static_cast<char>(b);
+  const std::string texts[] = {low,
+                               high,
+                               "\"q\" 'q' </cell> </strarray> <cell col=1 row=1>",
+                               "a\r\nb\rc\nd",
+                               "&#60; &amp; &",
+                               "  blanks  ",
+                               std::string(255, '>'),
+                               "<!-- x -->"};
+  TStringArray a;
+  a.SetNrCols(3);
+  a.SetNrRows(12);  // the empty rows behind the texts come back too
+  for (int i = 0; i < 8; ++i) a.SetString(i % 4, 1 + i, ShortString::FromBytes(texts[i]));
+  TempDir dir;
+  a.SaveAsXMLFile(Name(dir / "t.xml"), u"hostile");
+  for (unsigned char ch : ReadFileBytes(dir / "t.xml")) {
+    ASSERT_TRUE(ch == '\r' || ch == '\n' || (ch >= 0x20 && ch < 0x7F)) << int(ch);
+  }
+  TStringArray b;
+  ChangeCounter changes(b);
+  ASSERT_TRUE(b.LoadFromXMLFile(Name(dir / "t.xml"), u"HOSTILE"));
+  EXPECT_EQ(changes.count, 1);
+  ExpectSameCells(a, b);
+}
+
+TEST(StringArrayXmlTest, SeveralTablesInOneFile) {
+  TStringArray one, two, t;
+  one.SetString(1, 1, S(u"first"));
+  FillColumn(two, 1, {u"", u"second"});
+  TempDir dir;
+  zyn::platform::Textfile f;
+  f.Assign(Name(dir / "t.xml"));
+  f.Rewrite();
+  one.WriteToOpenXMLFile(f, true, u"T1");
+  two.WriteToOpenXMLFile(f, false, u"t2");
+  f.Reset();
+  ASSERT_TRUE(t.ReadFromOpenXMLFile(f, u" t2 "));
+  ExpectSameCells(t, two);
+  EXPECT_FALSE(t.ReadFromOpenXMLFile(f, u"t1"));  // behind it, without a rewind
+  ExpectSameCells(t, two);
+  f.Reset();
+  ASSERT_TRUE(t.ReadFromOpenXMLFile(f, u"t1"));
+  ExpectSameCells(t, one);
+  ASSERT_TRUE(t.ReadFromOpenXMLFile(f, u""));  // the next block, whatever its id
+  ExpectSameCells(t, two);
+  f.Close();
+  EXPECT_FALSE(t.LoadFromXMLFile(Name(dir / "missing.xml"), u""));
+}
+
+TEST(StringArrayXmlTest, DamagedBlocksLeaveTheTableAlone) {
+  const std::string start = "<strarray sig=\"Zynforge\" id=\"t\">\n";
+  const std::string dims = "<numcols val=1 />\n<numrows val=1 />\n";
+  const std::string cases[] = {
+      "",
+      "<strarray id=\"t\">\n" + dims + "</strarray>\n",  // no signature
+      start + dims + "<cell col=1 row=1>x</cell>\n",     // no end tag
+      start + "<numrows val=1 />\n</strarray>\n",
+      start + "<numcols val=x />\n<numrows val=1 />\n</strarray>\n",
+      start + "<numcols val=1 />\n<numrows val=2147483647 />\n</strarray>\n",
+      start + "<numcols val=100000 />\n<numrows val=100000 />\n</strarray>\n",
+      start + dims + "<cell col=1 row=1>open\n</strarray>\n",
+  };
+  TempDir dir;
+  for (const std::string& text : cases) {
+    SCOPED_TRACE(text);
+    WriteFileBytes(dir / "t.xml", text);
+    TStringArray a;
+    FillColumn(a, 1, {u"", u"kept"});
+    ChangeCounter changes(a);
+    EXPECT_FALSE(a.LoadFromXMLFile(Name(dir / "t.xml"), u"t"));
+    EXPECT_EQ(changes.count, 0);
+    EXPECT_EQ(Column(a, 1), (Texts{u"", u"kept"}));
+  }
+}
+
+TEST(StringArrayXmlTest, ReadsHandWrittenBlocks) {
+  // One line, other case, quoted values, raw bytes that aren't UTF-8, cells
+  // out of range dropped, a later cell replacing an earlier one.
+  TempDir dir;
+  WriteFileBytes(dir / "t.xml",
+                 "<STRARRAY SIG=ZYNFORGE ID=\"Hand\"><NumCols val=\"2\" /><numrows VAL=2 />"
+                 "<cell col=2 row=2>\xE4&#9;&#999;&#;</cell><cell col=3 row=1>no</cell>"
+                 "<cell col=0 row=1>one</cell><cell row=1 col=0>two</cell><x>y</x></strarray>");
+  TStringArray a;
+  ASSERT_TRUE(a.LoadFromXMLFile(Name(dir / "t.xml"), u"hand"));
+  EXPECT_EQ(a.NrOfColumns(), 2);
+  EXPECT_EQ(a.NrOfRows(), 2);
+  EXPECT_EQ(a.GetString(2, 2).bytes(), "\xE4\t&#999;&#;");
+  EXPECT_EQ(Column(a, 0), (Texts{u"two", u""}));
+  EXPECT_TRUE(a.GetString(1, 1).empty());
+}
+
 }  // namespace
 }  // namespace Zyn_dstruct
