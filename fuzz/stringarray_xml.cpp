@@ -21,6 +21,16 @@ std::string TempName(const char* suffix) {
   return "/tmp/fuzz_stringarray_xml_" + std::to_string(getpid()) + suffix;
 }
 
+// The two scratch files of this process, removed when it ends.
+struct ScratchFiles {
+  std::string in = TempName(".in");
+  std::string out = TempName(".out");
+  ~ScratchFiles() {
+    std::remove(in.c_str());
+    std::remove(out.c_str());
+  }
+};
+
 void Check(bool condition) {
   if (!condition) __builtin_trap();
 }
@@ -28,8 +38,9 @@ void Check(bool condition) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const std::string in_name = TempName(".in");
-  static const std::string out_name = TempName(".out");
+  static const ScratchFiles files;
+  const std::string& in_name = files.in;
+  const std::string& out_name = files.out;
   {
     std::ofstream out(in_name, std::ios::binary | std::ios::trunc);
     out.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
