@@ -104,14 +104,19 @@ class TStringArray : public zyn::platform::TComponent {
   // Writes `s` to every cell, column 0 included; the empty text clears.
   void Fill(const ShortString& s);
 
+  // Makes this table an exact twin of a TStringArray: cells, pools (dead
+  // bytes too), pending sort order, attributes and the three event handlers.
+  // Fires nothing. Another class ends in the inherited EConvertError.
   void Assign(const zyn::platform::TPersistent& Source) override;
+  // Calls OnChange, if set, with this table as Sender.
   void Changed();
 
   // --- Sorting -------------------------------------------------------------
 
   // Comb sort of the row index by column Col, then by ColSec if it is 1 or
-  // more, ignoring ASCII case. Moves no text. Fires OnPercentDone with 0,
-  // after each pass and with 100, and OnChange once if the table has 2 rows.
+  // more, ignoring ASCII case. Moves no text and allocates nothing (without
+  // an OnBeforeSortExchange handler). Fires OnPercentDone with 0, after each
+  // pass and with 100, and OnChange once if the table has 2 rows or more.
   void Sort(int Col, int ColSec, bool Ascending);
   // OutString := InString, then OnBeforeSortExchange may change it.
   void BeforeSortExchange(const std::u16string& InString, std::u16string& OutString);
