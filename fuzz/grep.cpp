@@ -24,14 +24,19 @@ namespace {
 
 using Zyn_stringl::TGrep;
 
+// The multipliers taMult0, taMult1 and taOpti close the list of token kinds.
 int Multipliers(const TGrep& grep) {
   int count = 0;
-  for (int t = 1; t <= grep.NrOfRegExpTokens(); ++t) {
-    const auto action = grep.GetRegExpToken(t).Action;
-    count += action == Zyn_stringl::taMult0 || action == Zyn_stringl::taMult1 ||
-             action == Zyn_stringl::taOpti;
-  }
+  for (int t = 1; t <= grep.NrOfRegExpTokens(); ++t)
+    count += grep.GetRegExpToken(t).Action >= Zyn_stringl::taMult0;
   return count;
+}
+
+void Compile(TGrep& grep, std::u16string_view pattern, bool ignore_case, int search_start) {
+  grep.SetStopOnError(false);
+  grep.SetIgnoreCase(ignore_case);
+  grep.SetRegExp(pattern);
+  grep.SetSearchStartPos(search_start);
 }
 
 std::size_t TextLimit(int multipliers) {
@@ -65,10 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::u16string text = zyn::platform::FromUTF8(rest.substr(std::min(split + 1, rest.size())));
 
   TGrep grep;
-  grep.SetStopOnError(false);
-  grep.SetIgnoreCase(ignore_case);
-  grep.SetRegExp(pattern);
-  grep.SetSearchStartPos(search_start);
+  Compile(grep, pattern, ignore_case, search_start);
   (void)grep.RegExpToken(search_start);
   text.resize(std::min(text.size(), TextLimit(Multipliers(grep))));
 
@@ -81,10 +83,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                           !lone_star && search_start <= static_cast<int>(text.size()) + 1;
   if (comparable) {
     TGrep shifted;
-    shifted.SetStopOnError(false);
-    shifted.SetIgnoreCase(ignore_case);
-    shifted.SetRegExp(u"()" + pattern);
-    shifted.SetSearchStartPos(search_start);
+    Compile(shifted, u"()" + pattern, ignore_case, search_start);
     if (shifted.LastError() == grep.LastError() &&
         shifted.NrOfRegExpTokens() == grep.NrOfRegExpTokens() + 1) {
       const Outcome other = Search(shifted, text);

@@ -4,33 +4,22 @@
 
 #include <cstdint>
 #include <string>
+#include <tuple>
 
 #include "testing/zyn_testing.h"
 #include "zyn/base/univconst.h"
 
 namespace {
 
-using zyn::internal::ScanDecimal;
-using zyn::internal::ScanFPNum;
-using zyn::internal::ScanHex;
+using namespace zyn::internal;
+using namespace Zyn_zynbase;
 using zyn::testing::Utf8;
 using Zyn_univconst::uc_MaxDouble;
-using Zyn_zynbase::dsBoth;
-using Zyn_zynbase::dsComma;
-using Zyn_zynbase::dsDot;
-using Zyn_zynbase::dsSystem;
-using Zyn_zynbase::TDecPSep;
 
 TEST(ScanIntTest, DecimalAndHex) {
-  struct Case {
-    bool hex;
-    std::u16string_view text;
-    int start;
-    std::int32_t value;
-    int end;
-  };
+  // Hex or decimal, the text, the start, the value and the position after it.
   // clang-format off
-  const Case cases[] = {
+  const std::tuple<bool, std::u16string_view, int, std::int32_t, int> cases[] = {
       {false, u"", 1, 0, 1}, {false, u"  -12x", 1, -12, 6}, {false, u"+7", 1, 7, 3},
       {false, u"- 5", 1, 0, 2}, {false, u"12 34", 3, 34, 6}, {false, u"5", 0, 5, 2},
       {false, u"\t1", 1, 0, 1}, {false, u"4294967297", 1, 1, 11},
@@ -39,25 +28,19 @@ TEST(ScanIntTest, DecimalAndHex) {
       {true, u"ab$c", 3, 0, 3}, {true, u"  aBz", 1, 0xAB, 5}, {true, u"FFFFFFFF", 1, -1, 9},
       {true, u"", 1, 0, 1}};
   // clang-format on
-  for (const Case& c : cases) {
-    SCOPED_TRACE(Utf8(c.text) + " from " + std::to_string(c.start));
-    int pos = c.start;
-    EXPECT_EQ(c.hex ? ScanHex(c.text, pos) : ScanDecimal(c.text, pos), c.value);
-    EXPECT_EQ(pos, c.end);
+  for (const auto& [hex, text, start, value, end] : cases) {
+    SCOPED_TRACE(Utf8(text) + " from " + std::to_string(start));
+    int pos = start;
+    EXPECT_EQ(hex ? ScanHex(text, pos) : ScanDecimal(text, pos), value);
+    EXPECT_EQ(pos, end);
   }
 }
 
 // The mode letter: separator by dsBoth, dsComma, dsDot or dsSystem with
 // exponents, or "n" for dsDot without.
 TEST(ScanFPNumTest, StateMachine) {
-  struct Case {
-    std::u16string_view text;
-    char mode;
-    double value;
-    int end;
-  };
   // clang-format off
-  const Case cases[] = {
+  const std::tuple<std::u16string_view, char, double, int> cases[] = {
       {u"1.5", 'b', 1.5, 4}, {u"1,5", 'b', 1.5, 4}, {u"1,5", 'c', 1.5, 4}, {u"1,5", 'd', 1.0, 2},
       {u"1.5", 'c', 1.0, 2}, {u"1.5", 's', 1.5, 4}, {u"5.", 'd', 5.0, 3}, {u".5", 'd', 0.5, 3},
       {u".", 'd', 0.0, 2}, {u"-", 'd', 0.0, 2}, {u"x", 'd', 0.0, 1}, {u"E5", 'd', 0.0, 1},
@@ -69,15 +52,15 @@ TEST(ScanFPNumTest, StateMachine) {
       {u"-1E5000", 'd', -uc_MaxDouble, 8}, {u"1.75e308", 'd', uc_MaxDouble, 9},
       {u"1e-400", 'd', 0.0, 7}};
   // clang-format on
-  for (const Case& c : cases) {
-    SCOPED_TRACE(Utf8(c.text) + " mode " + c.mode);
-    const TDecPSep sep = c.mode == 'b'   ? dsBoth
-                         : c.mode == 'c' ? dsComma
-                         : c.mode == 's' ? dsSystem
-                                         : dsDot;
+  for (const auto& [text, mode, value, end] : cases) {
+    SCOPED_TRACE(Utf8(text) + " mode " + mode);
+    const TDecPSep sep = mode == 'b'   ? dsBoth
+                         : mode == 'c' ? dsComma
+                         : mode == 's' ? dsSystem
+                                       : dsDot;
     int pos = 1;
-    EXPECT_EQ(ScanFPNum(c.text, c.mode != 'n', sep, pos), c.value);
-    EXPECT_EQ(pos, c.end);
+    EXPECT_EQ(ScanFPNum(text, mode != 'n', sep, pos), value);
+    EXPECT_EQ(pos, end);
   }
 }
 

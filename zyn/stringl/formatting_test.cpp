@@ -6,6 +6,8 @@
 #include <initializer_list>
 #include <limits>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "zyn/platform/text.h"
@@ -35,77 +37,55 @@ void ExpectNums(F f, std::initializer_list<NumCase> rows) {
   }
 }
 
-TEST(StrffTest, FieldsSignsAndExponents) {
-  ExpectNums(strff, {{3.14159, 8, 2, "    3.14"},
-                     {3.14159, -8, 2, "00003.14"},
-                     {-3.5, -8, 2, "-0003.50"},
-                     {1234.5678, 12, -2, " 1.23457E+03"},
-                     {1234.5678, -12, -2, "01.23457E+03"},
-                     {-1234.5678, -12, -2, "-1.23457E+03"},
-                     {1234.5678, 5, -1, " 1.2E+0003"},
-                     {1.0e120, 12, -2, "************"},
-                     {1e-310, 10, -2, "**********"},
-                     {1e-99, 10, -2, " 1.000E-99"},
-                     {0.125, 6, 2, "  0.13"},
-                     {-0.0, -6, 2, "000.00"},
-                     {kNaN, 6, -2, "   NAN"},
-                     {-kInf, -6, 2, "-00INF"}});
+TEST(StrffTest, FieldsSignsExponentsAndForcedPlus) {
+  // clang-format off
+  ExpectNums(strff, {
+      {3.14159, 8, 2, "    3.14"}, {3.14159, -8, 2, "00003.14"}, {-3.5, -8, 2, "-0003.50"},
+      {1234.5678, 12, -2, " 1.23457E+03"}, {1234.5678, -12, -2, "01.23457E+03"},
+      {-1234.5678, -12, -2, "-1.23457E+03"}, {1234.5678, 5, -1, " 1.2E+0003"},
+      {1.0e120, 12, -2, "************"}, {1e-310, 10, -2, "**********"},
+      {1e-99, 10, -2, " 1.000E-99"}, {0.125, 6, 2, "  0.13"}, {-0.0, -6, 2, "000.00"},
+      {kNaN, 6, -2, "   NAN"}, {-kInf, -6, 2, "-00INF"}});
+  ExpectNums(strffForcePlus, {
+      {3.14159, 8, 2, "   +3.14"}, {3.14159, -8, 2, "+0003.14"}, {0.5, 1, 1, "+0.5"},
+      {0, 6, 2, " +0.00"}, {0, 1, 0, "+0"}, {-0.0, 0, 1, "+0.0"}, {-3.5, -8, 2, "-0003.50"},
+      {1234.5678, -12, -2, "+1.23457E+03"}, {1.0e120, 4, -2, "+********"},
+      {kNaN, 5, 2, "  NAN"}, {kInf, 5, 2, " +INF"}});
+  // clang-format on
   EXPECT_EQ(strff(1, INT_MIN, 2).size(), 255u);
   EXPECT_EQ(strff(1, INT_MAX, -2).size(), 253u);
 }
 
-TEST(StrffTest, ForcePlus) {
-  ExpectNums(strffForcePlus, {{3.14159, 8, 2, "   +3.14"},
-                              {3.14159, -8, 2, "+0003.14"},
-                              {0.5, 1, 1, "+0.5"},
-                              {0, 6, 2, " +0.00"},
-                              {0, 1, 0, "+0"},
-                              {-0.0, 0, 1, "+0.0"},
-                              {-3.5, -8, 2, "-0003.50"},
-                              {1234.5678, -12, -2, "+1.23457E+03"},
-                              {1.0e120, 4, -2, "+********"},
-                              {kNaN, 5, 2, "  NAN"},
-                              {kInf, 5, 2, " +INF"}});
-}
-
 TEST(FormatDataTest, FixedInsideItsRange) {
-  ExpectNums(FormatData, {{0, 8, 3, "   0.000"},
-                          {1000, 8, 5, " 1.0000000E+03"},
-                          {999.99999, 10, 5, " 999.99999"},
-                          {0.00001, 8, 5, " 0.00001"},
-                          {0.000009, 8, 5, " 9.0000000E-06"},
-                          {1e9, 12, 0, " 1.00000000000E+09"},
-                          {1.5, 6, 9, " 1.50000E+00"},
-                          {-2.5, 6, -1, "-2.50000E+00"},
-                          {kNaN, 6, 2, "         NAN"},
-                          {1e-310, 6, 2, "************"}});
+  // clang-format off
+  ExpectNums(FormatData, {
+      {0, 8, 3, "   0.000"}, {1000, 8, 5, " 1.0000000E+03"}, {999.99999, 10, 5, " 999.99999"},
+      {0.00001, 8, 5, " 0.00001"}, {0.000009, 8, 5, " 9.0000000E-06"},
+      {1e9, 12, 0, " 1.00000000000E+09"}, {1.5, 6, 9, " 1.50000E+00"},
+      {-2.5, 6, -1, "-2.50000E+00"}, {kNaN, 6, 2, "         NAN"},
+      {1e-310, 6, 2, "************"}});
+  // clang-format on
 }
 
-TEST(SigDigStrTest, FixedWhereItFits) {
+TEST(SigDigStrTest, FixedWhereItFitsAndShortestField) {
   auto sig_dig = [](double x, int width, int sig) { return SigDigStr(x, width, sig); };
-  ExpectNums(sig_dig, {{1234.5678, 10, 6, "   1234.57"},
-                       {0.001234, 10, 3, "   0.00123"},
-                       {1234567, 8, 3, " 1234567"},
-                       {12345678, 8, 3, " 1.23E+07"},
-                       {0, 8, 3, "    0.00"},
-                       {0.00001234, 8, 3, " 1.23E-05"},
-                       {1e200, 8, 3, "*********"},
-                       {kNaN, 8, 3, "      NAN"}});
+  // clang-format off
+  ExpectNums(sig_dig, {
+      {1234.5678, 10, 6, "   1234.57"}, {0.001234, 10, 3, "   0.00123"},
+      {1234567, 8, 3, " 1234567"}, {12345678, 8, 3, " 1.23E+07"}, {0, 8, 3, "    0.00"},
+      {0.00001234, 8, 3, " 1.23E-05"}, {1e200, 8, 3, "*********"}, {kNaN, 8, 3, "      NAN"}});
+  // clang-format on
   // A huge `sig` is limited, not overflowed: scientific in the widest field.
   EXPECT_EQ(ToUTF8(SigDigStr(123.0, 0, INT_MAX)).substr(0, 8), " 1.23000");
   EXPECT_EQ(SigDigStr(1234.5678, 10, 6, true), u"1234.57");
-}
 
-TEST(AutoFormatDataTest, ShortestField) {
   auto automatic = [](double x, int, int sig) { return AutoFormatData(x, sig); };
-  ExpectNums(automatic, {{1234.5678, 0, 6, "1234.57"},
-                         {0.5, 0, 3, "0.50"},
-                         {0.05, 0, 3, "5.00E-02"},
-                         {0, 0, 3, "0.00"},
-                         {100000, 0, 3, "1.00E+05"},
-                         {1234.5678, 0, 1, "1.2E+03"},
-                         {1.0 / 3, 0, 40, "0.333333333333333"},
-                         {kNaN, 0, 3, "NAN"}});
+  // clang-format off
+  ExpectNums(automatic, {
+      {1234.5678, 0, 6, "1234.57"}, {0.5, 0, 3, "0.50"}, {0.05, 0, 3, "5.00E-02"},
+      {0, 0, 3, "0.00"}, {100000, 0, 3, "1.00E+05"}, {1234.5678, 0, 1, "1.2E+03"},
+      {1.0 / 3, 0, 40, "0.333333333333333"}, {kNaN, 0, 3, "NAN"}});
+  // clang-format on
   EXPECT_EQ(AutoFormatData(1.5, 3, true), u"1,50");
   EXPECT_EQ(AutoFormatData(0.05, 3, true), u"5,00E-02");
 }
@@ -120,44 +100,24 @@ TEST(BoolAndTriStateTest, Forms) {
   EXPECT_EQ(TriStateToStr(tsUndefined, 0), u"");
   EXPECT_EQ(TriStateToStr(tsTrue, 9), u"true");
   EXPECT_EQ(TriStateToStr(static_cast<TTriState>(7), 2), u"unknown");
-  struct Case {
-    std::u16string_view s;
-    TTriState want;
-  };
-  const Case cases[] = {{u" YES ", tsTrue}, {u"TRUE", tsTrue},      {u"+1", tsTrue},
-                        {u" No", tsFalse},  {u"-1", tsFalse},       {u"0", tsUndefined},
-                        {u"", tsUndefined}, {u"\tyes", tsUndefined}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(ToUTF8(c.s));
-    EXPECT_EQ(StrToTriState(c.s), c.want);
-  }
+  const std::pair<std::u16string_view, TTriState> cases[] = {
+      {u" YES ", tsTrue}, {u"TRUE", tsTrue},   {u"+1", tsTrue},    {u" No", tsFalse},
+      {u"-1", tsFalse},   {u"0", tsUndefined}, {u"", tsUndefined}, {u"\tyes", tsUndefined}};
+  for (const auto& [s, want] : cases) EXPECT_EQ(StrToTriState(s), want) << ToUTF8(s);
 }
 
 TEST(TimeStringTest, Forms) {
-  struct Case {
-    double seconds;
-    int form;
-    const char* want;
-  };
   const double t = 3 * 3600 + 5 * 60 + 9.25;
-  const Case cases[] = {{t, 0, "03:05:09.25"},
-                        {t, 1, "03:05:09"},
-                        {t, 2, " 3h05"},
-                        {t, 3, " 3h05'09\""},
-                        {t, 4, "03:05"},
-                        {t, 5, " 3:05a"},
-                        {t, 6, ""},
-                        {-5, 1, "00:00:00"},
-                        {kNaN, 1, "00:00:00"},
-                        {1800, 5, "12:30a"},
-                        {45000, 5, "12:30p"},
-                        {48600, 5, " 1:30p"},
-                        {360000, 1, "100:00:00"},
-                        {65536.0 * 3600, 4, "00:00"},
-                        {0.29, 0, "00:00:00.28"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::to_string(c.seconds) + " " + std::to_string(c.form));
-    EXPECT_EQ(ToUTF8(TimeString(c.seconds, static_cast<std::uint8_t>(c.form))), c.want);
+  // clang-format off
+  const std::tuple<double, int, const char*> cases[] = {
+      {t, 0, "03:05:09.25"}, {t, 1, "03:05:09"}, {t, 2, " 3h05"}, {t, 3, " 3h05'09\""},
+      {t, 4, "03:05"}, {t, 5, " 3:05a"}, {t, 6, ""}, {-5, 1, "00:00:00"}, {kNaN, 1, "00:00:00"},
+      {1800, 5, "12:30a"}, {45000, 5, "12:30p"}, {48600, 5, " 1:30p"},
+      {360000, 1, "100:00:00"}, {65536.0 * 3600, 4, "00:00"}, {0.29, 0, "00:00:00.28"}};
+  // clang-format on
+  for (const auto& [seconds, form, want] : cases) {
+    SCOPED_TRACE(std::to_string(seconds) + " " + std::to_string(form));
+    EXPECT_EQ(ToUTF8(TimeString(seconds, static_cast<std::uint8_t>(form))), want);
   }
 }
 
@@ -169,7 +129,6 @@ TEST(CreateParListTest, IntsAndDoubles) {
   EXPECT_EQ(CreateParList(TIntArray{}, true, 2), u"[],");
   const std::int32_t open[] = {-5, 0, INT_MIN};
   EXPECT_EQ(CreateParList(std::span<const std::int32_t>(open), false), u"[-5,0,-2147483648]");
-
   const TDoubleArray doubles = {1.5, 0.05, 0};
   EXPECT_EQ(CreateParList(doubles, false, 0, 3), u"[1.50,5.00E-02,0.00]");
   EXPECT_EQ(CreateParList(doubles, true, 1, 2), u"[1.5,...],");
@@ -179,20 +138,14 @@ TEST(CreateParListTest, IntsAndDoubles) {
 }
 
 TEST(SortableNumericStringTest, AlignsOnDecimalChar) {
-  struct Case {
-    std::u16string_view s;
-    char16_t decimal;
-    int int_width;
-    std::u16string_view want;
-  };
-  const Case cases[] = {{u"  3.14 ", u'.', 4, u"  3.14"},
-                        {u"123.4", u'.', 4, u"123.4"},
-                        {u"42", u'.', 3, u"   42"},
-                        {u",5", u',', 2, u" ,5"},
-                        {u"1.5", u'.', -3, u"1.5"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(ToUTF8(c.s) + " " + std::to_string(c.int_width));
-    EXPECT_EQ(SortableNumericString(c.s, c.decimal, c.int_width), c.want);
+  const std::tuple<std::u16string_view, char16_t, int, std::u16string_view> cases[] = {
+      {u"  3.14 ", u'.', 4, u"  3.14"},
+      {u"123.4", u'.', 4, u"123.4"},
+      {u"42", u'.', 3, u"   42"},
+      {u",5", u',', 2, u" ,5"},
+      {u"1.5", u'.', -3, u"1.5"}};
+  for (const auto& [s, decimal, int_width, want] : cases) {
+    EXPECT_EQ(SortableNumericString(s, decimal, int_width), want) << ToUTF8(s) << " " << int_width;
   }
 }
 

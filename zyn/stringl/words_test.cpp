@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "testing/zyn_testing.h"
@@ -14,25 +16,20 @@ using namespace Zyn_stringl;
 using namespace std::string_view_literals;
 using zyn::testing::Utf8;
 using Strings = std::vector<std::u16string>;
+using SV = std::u16string_view;
 
 TEST(WordsTest, ExtractWordAndCountWords) {
-  struct Case {
-    std::u16string_view s;
-    int pos;
-    std::u16string_view word;
-    int start, end;
-  };
   // clang-format off
-  const Case cases[] = {
+  const std::tuple<SV, int, SV, int, int> cases[] = {
       {u"hello world", 3, u"hello", 1, 5}, {u"hello world", 6, u" ", 6, 6},
       {u"hello world", 0, u"", 0, 0}, {u"hello world", 12, u"", 0, 0},
       {u"(a+bc)", 4, u"bc", 4, 5}, {u"\u00FC\u00DF.", 1, u"\u00FC\u00DF", 1, 2}};
   // clang-format on
-  for (const Case& c : cases) {
-    SCOPED_TRACE(Utf8(c.s) + " at " + std::to_string(c.pos));
+  for (const auto& [s, pos, word, want_start, want_end] : cases) {
+    SCOPED_TRACE(Utf8(s) + " at " + std::to_string(pos));
     int start = -1, end = -1;
-    EXPECT_EQ(ExtractWordFromString(c.s, c.pos, start, end), c.word);
-    EXPECT_EQ(std::pair(start, end), std::pair(c.start, c.end));
+    EXPECT_EQ(ExtractWordFromString(s, pos, start, end), word);
+    EXPECT_EQ(std::pair(start, end), std::pair(want_start, want_end));
   }
   EXPECT_EQ(CountWords(u"one two"), 1);
   EXPECT_EQ(CountWords(u"one two."), 2);
@@ -44,47 +41,37 @@ TEST(WordsTest, ExtractWordAndCountWords) {
 }
 
 TEST(WordsTest, ExtractSubString) {
-  struct Case {
-    std::u16string_view s;
-    int index;
-    std::u16string_view delimiter, field;
-  };
   // clang-format off
-  const Case cases[] = {
+  const std::tuple<SV, int, SV, SV> cases[] = {
       {u"a;b;c", 0, u";", u"a"}, {u"a;b;c", 2, u";", u"c"}, {u"a;b;c", 3, u";", u""},
       {u"a;;c", 1, u";", u""}, {u"a;;c", 2, u";", u"c"}, {u";b", 0, u";", u""},
       {u";b", 1, u";", u"b"}, {u"a;", 1, u";", u""}, {u"a;b", -1, u";", u""},
       {u"a\0;b"sv, 1, u";", u""}, {u"ab::cd::ef", 2, u"::", u"ef"}, {u"xabAB", 1, u"ab", u""},
       {u"a;b", 0, u"", u"a;b"}, {u"a;b", 1, u"", u""}};
   // clang-format on
-  for (const Case& c : cases) {
-    SCOPED_TRACE(Utf8(c.s) + " #" + std::to_string(c.index) + " by " + Utf8(c.delimiter));
-    EXPECT_EQ(ExtractSubString(c.s, c.index, c.delimiter), c.field);
+  for (const auto& [s, index, delimiter, field] : cases) {
+    SCOPED_TRACE(Utf8(s) + " #" + std::to_string(index) + " by " + Utf8(delimiter));
+    EXPECT_EQ(ExtractSubString(s, index, delimiter), field);
   }
 }
 
 TEST(TokenizeTest, PlainAndEscapedForms) {
-  struct Case {
-    std::u16string_view s, separator;
-    char16_t escape;  // 0: the plain form
-    Strings tokens;
-  };
-  // A doubled escape still keeps a separator; the replacements ignore ASCII case.
+  // Escape 0: the plain form. A doubled escape still keeps a separator; the
+  // replacements ignore ASCII case.
   // clang-format off
-  const Case cases[] = {
+  const std::tuple<SV, SV, char16_t, Strings> cases[] = {
       {u"a,b", u",", 0, {u"a", u"b"}}, {u"a,", u",", 0, {u"a", u""}}, {u"", u",", 0, {u""}},
       {u"a,b", u"", 0, {u"a,b"}}, {u"a<>b<>", u"<>", 0, {u"a", u"b", u""}},
       {u"a\\,b,c", u",", u'\\', {u"a,b", u"c"}}, {u"a\\\\,b", u",", u'\\', {u"a,b"}},
       {u"a\\\\b,c", u",", u'\\', {u"a\\b", u"c"}}, {u",\\,", u",", u'\\', {u"", u","}},
       {u"aqxbQQc", u"x", u'q', {u"axbqc"}}};
   // clang-format on
-  for (const Case& c : cases) {
-    SCOPED_TRACE(Utf8(c.s) + " by " + Utf8(c.separator));
+  for (const auto& [s, separator, escape, want] : cases) {
+    SCOPED_TRACE(Utf8(s) + " by " + Utf8(separator));
     Strings tokens{u"stale"};
-    const int n = c.escape ? Tokenize(c.s, c.separator, c.escape, tokens)
-                           : Tokenize(c.s, c.separator, tokens);
-    EXPECT_EQ(n, static_cast<int>(c.tokens.size()));
-    EXPECT_EQ(tokens, c.tokens);
+    const int n = escape ? Tokenize(s, separator, escape, tokens) : Tokenize(s, separator, tokens);
+    EXPECT_EQ(n, static_cast<int>(want.size()));
+    EXPECT_EQ(tokens, want);
   }
 }
 
@@ -102,25 +89,21 @@ TEST(TokenizeTest, ThousandthTokenTakesTheRest) {
 
 TEST(ReadLnStringTest, EveryLineEnd) {
   const std::u16string s = u"ab\r\ncd\n\re\tf";
-  struct Case {
-    int line_end;
-    Strings lines;  // the last one comes with endOfString true
-    std::vector<int> positions;
-  };
+  // Line end kind, the lines (the last one with endOfString true), the positions after each.
   // clang-format off
-  const Case cases[] = {
+  const std::tuple<int, Strings, std::vector<int>> cases[] = {
       {0, {u"ab", u"cd", u"ef"}, {5, 8, 12}}, {1, {u"ab", u"cd", u"ef"}, {4, 9, 12}},
       {2, {u"ab", u"", u"cd", u"", u"ef"}, {4, 5, 8, 9, 12}}, {3, {u"abcd", u"ef"}, {9, 12}},
       {4, {u"ab", u"cdef"}, {5, 12}}, {9, {u"abcdef"}, {12}}};
   // clang-format on
-  for (const Case& c : cases) {
+  for (const auto& [line_end, lines, positions] : cases) {
     int pos = 1;
-    for (std::size_t i = 0; i < c.lines.size(); ++i) {
-      SCOPED_TRACE(std::to_string(c.line_end) + " line " + std::to_string(i));
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+      SCOPED_TRACE(std::to_string(line_end) + " line " + std::to_string(i));
       bool eos = true;
-      EXPECT_EQ(ReadLnString(s, pos, eos, c.line_end), c.lines[i]);
-      EXPECT_EQ(eos, i + 1 == c.lines.size());
-      EXPECT_EQ(pos, c.positions[i]);
+      EXPECT_EQ(ReadLnString(s, pos, eos, line_end), lines[i]);
+      EXPECT_EQ(eos, i + 1 == lines.size());
+      EXPECT_EQ(pos, positions[i]);
     }
   }
   int pos = 3;
@@ -218,24 +201,20 @@ TEST(TagInStringTest, ReadsTagsOneAfterTheOther) {
   const Strings tags{u"x", u"br", u"a", u"img", u""};
   const std::u16string s =
       u"x<A b = 1>hello</a><!-- c>d --><img src=x/><br /></a><q>no end<a><a>x</A>";
-  struct Step {
-    int index;
-    std::u16string_view attr, content;
-    int pos_after;
-  };
-  // A stray closing tag is an unknown name; at the end the empty entry answers.
+  // Index, attributes, content, position after. A stray closing tag is an unknown
+  // name; at the end the empty entry answers.
   // clang-format off
-  const Step steps[] = {{2, u"b = 1", u"hello", 20}, {3, u"src=x", u"", 44}, {1, u"", u"", 50},
+  const std::tuple<int, SV, SV, int> steps[] = {{2, u"b = 1", u"hello", 20}, {3, u"src=x", u"", 44}, {1, u"", u"", 50},
                         {4, u"", u"", 54}, {4, u"", u"no end<a><a>x</A>", 74}, {4, u"", u"", 74}};
   // clang-format on
   int pos = 1;
-  for (const Step& step : steps) {
+  for (const auto& [index, want_attr, want_content, pos_after] : steps) {
     SCOPED_TRACE(pos);
     std::u16string attr, content;
-    EXPECT_EQ(ReadNextTagInString(s, pos, tags, 4, attr, content), step.index);
-    EXPECT_EQ(attr, step.attr);
-    EXPECT_EQ(content, step.content);
-    EXPECT_EQ(pos, step.pos_after);
+    EXPECT_EQ(ReadNextTagInString(s, pos, tags, 4, attr, content), index);
+    EXPECT_EQ(attr, want_attr);
+    EXPECT_EQ(content, want_content);
+    EXPECT_EQ(pos, pos_after);
   }
   std::u16string attr, content;
   pos = 1;
@@ -247,25 +226,20 @@ TEST(TagInStringTest, ReadsTagsOneAfterTheOther) {
 TEST(TagInStringTest, DetectNextTag) {
   const Strings tags{u"b", u"i"};
   const std::u16string s = u"t<!x><B k=1>u</b><I/><z";
-  struct Step {
-    int index, start, end;
-    std::u16string_view attr;
-    bool closing;
-  };
   // clang-format off
-  const Step steps[] = {
+  const std::tuple<int, int, int, SV, bool> steps[] = {
       {0, 6, 12, u"k=1", false}, {0, 14, 17, u"", true}, {1, 18, 21, u"", false},
       {-1, 0, 0, u"", false}};
   // clang-format on
   int start = 1, end = 0;
-  for (const Step& step : steps) {
+  for (const auto& [index, want_start, want_end, want_attr, want_closing] : steps) {
     SCOPED_TRACE(start);
     std::u16string attr = u"stale";
     bool closing = true;
-    EXPECT_EQ(DetectNextTagInString(s, start, end, tags, 1, attr, closing), step.index);
-    EXPECT_EQ(std::pair(start, end), std::pair(step.start, step.end));
-    EXPECT_EQ(attr, step.attr);
-    EXPECT_EQ(closing, step.closing);
+    EXPECT_EQ(DetectNextTagInString(s, start, end, tags, 1, attr, closing), index);
+    EXPECT_EQ(std::pair(start, end), std::pair(want_start, want_end));
+    EXPECT_EQ(attr, want_attr);
+    EXPECT_EQ(closing, want_closing);
     start = end + 1;
   }
 }
