@@ -8,6 +8,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "testing/zyn_testing.h"
@@ -78,22 +79,19 @@ void OnBothPaths(Check check) {
 
 TEST(ChecksumsTest, CrcCheckValuesAndCounts) {
   const auto check = Bytes("123456789");
-  // Only the first `count` bytes count, and never more than there are.
-  struct Case {
-    int count;
-    std::uint16_t zmodem, ccitt;
-    std::uint32_t crc32;
-  };
-  const Case cases[] = {{9, 0x31C3, 0x29B1, 0xCBF43926u},
-                        {1 << 30, 0x31C3, 0x29B1, 0xCBF43926u},
-                        {4, 0xD789, 0x5349, 0x9BE3E0A3u},
-                        {0, 0, 0xFFFF, 0},
-                        {-1, 0, 0xFFFF, 0}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.count);
-    EXPECT_EQ(CRC16ofBuffer(check, c.count, crcZModem), c.zmodem);
-    EXPECT_EQ(CRC16ofBuffer(check, c.count, crcCCITT), c.ccitt);
-    EXPECT_EQ(CRC32ofBuffer(check, c.count), c.crc32);
+  // count, CRC-16 ZModem and CCITT, CRC-32: only the first `count` bytes
+  // count, and never more than there are.
+  const std::tuple<int, std::uint16_t, std::uint16_t, std::uint32_t> cases[] = {
+      {9, 0x31C3, 0x29B1, 0xCBF43926u},
+      {1 << 30, 0x31C3, 0x29B1, 0xCBF43926u},
+      {4, 0xD789, 0x5349, 0x9BE3E0A3u},
+      {0, 0, 0xFFFF, 0},
+      {-1, 0, 0xFFFF, 0}};
+  for (auto [count, zmodem, ccitt, crc_32] : cases) {
+    SCOPED_TRACE(count);
+    EXPECT_EQ(CRC16ofBuffer(check, count, crcZModem), zmodem);
+    EXPECT_EQ(CRC16ofBuffer(check, count, crcCCITT), ccitt);
+    EXPECT_EQ(CRC32ofBuffer(check, count), crc_32);
   }
   // The single steps, as a caller chains them.
   std::uint16_t crc16 = 0;
