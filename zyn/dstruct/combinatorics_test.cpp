@@ -79,12 +79,8 @@ TEST(CombinatoricsTest, PermutationsWalkAllArrangementsOnce) {
     }
   }
   // Nothing to step from: no members, or 9 3 4 1 (1 at the end, 2 missing).
-  TCombination zero = FirstArrangement(0), broken = FirstArrangement(4);
+  TCombination zero = FirstArrangement(0), broken{4, 9, 3, 4, 1};
   EXPECT_FALSE(NextPermutation(zero));
-  broken[1] = 9;
-  broken[2] = 3;
-  broken[3] = 4;
-  broken[4] = 1;
   const TCombination before = broken;
   EXPECT_FALSE(NextPermutation(broken));
   EXPECT_EQ(broken, before);
