@@ -40,8 +40,7 @@ Bytes ReferenceDecode(std::span<const std::uint8_t> coded) {
 // Finish until it delivers less than a block; returns the number of calls.
 int FinishInto(TRLEncoder& coder, Bytes& out) {
   Bytes block(static_cast<std::size_t>(coder.BufLeng()));
-  int calls = 0;
-  int n = 0;
+  int calls = 0, n = 0;
   do {
     n = coder.Finish(block);
     Check(n >= 0 && n <= coder.BufLeng());
@@ -51,36 +50,26 @@ int FinishInto(TRLEncoder& coder, Bytes& out) {
   return calls;
 }
 
-Bytes Decode(TRLEncoder& coder, std::span<const std::uint8_t> coded) {
+// The documented calling order: Encode `chunk` bytes at a time or Decode each
+// byte, GetResult whenever a block is ready, then Finish. Decoding drops the
+// three bytes each Finish adds behind the data.
+Bytes Code(TRLEncoder& coder, bool encode, std::span<const std::uint8_t> in, std::size_t chunk) {
   coder.Reset();
   Bytes out;
   Bytes block(static_cast<std::size_t>(coder.BufLeng()));
-  for (std::uint8_t b : coded) {
-    if (coder.Decode(b)) {
+  for (std::size_t at = 0; at < in.size(); at += encode ? chunk : 1) {
+    const std::size_t n = std::min(chunk, in.size() - at);
+    if (encode ? coder.Encode(in.subspan(at), static_cast<int>(n)) : coder.Decode(in[at])) {
       coder.GetResult(block);
       out.insert(out.end(), block.begin(), block.end());
     }
   }
-  const int calls = FinishInto(coder, out);
-  // Each Finish adds its own three bytes behind the data.
-  Check(out.size() >= 3 * static_cast<std::size_t>(calls));
-  out.resize(out.size() - 3 * static_cast<std::size_t>(calls));
-  return out;
-}
-
-Bytes Encode(TRLEncoder& coder, std::span<const std::uint8_t> data, std::size_t chunk) {
-  coder.Reset();
-  Bytes coded;
-  Bytes block(static_cast<std::size_t>(coder.BufLeng()));
-  for (std::size_t at = 0; at < data.size(); at += chunk) {
-    const std::size_t n = std::min(chunk, data.size() - at);
-    if (coder.Encode(data.subspan(at), static_cast<int>(n))) {
-      coder.GetResult(block);
-      coded.insert(coded.end(), block.begin(), block.end());
-    }
+  const auto calls = static_cast<std::size_t>(FinishInto(coder, out));
+  if (!encode) {
+    Check(out.size() >= 3 * calls);
+    out.resize(out.size() - 3 * calls);
   }
-  FinishInto(coder, coded);
-  return coded;
+  return out;
 }
 
 }  // namespace
@@ -100,10 +89,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       buf_leng < 85 ? all.first(std::min<std::size_t>(all.size(), 32)) : all;
   const std::size_t chunk = 1 + static_cast<std::size_t>(shape % 13) * 37;
 
-  Check(Decode(coder, input) == ReferenceDecode(input));
+  Check(Code(coder, false, input, 1) == ReferenceDecode(input));
 
-  const Bytes coded = Encode(coder, input, chunk);
+  const Bytes coded = Code(coder, true, input, chunk);
   Check(ReferenceDecode(coded) == Bytes(input.begin(), input.end()));
-  Check(Decode(coder, coded) == Bytes(input.begin(), input.end()));
+  Check(Code(coder, false, coded, 1) == Bytes(input.begin(), input.end()));
   return 0;
 }

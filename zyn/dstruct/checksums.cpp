@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstring>
+#include <utility>
 
 #include "zyn/platform/cpu_features.h"
 
@@ -232,7 +233,35 @@ void Sha1CompressPortable(Sha1State& state, const std::uint8_t* blocks, std::siz
 
 #ifdef ZYN_X86_FAST_PATHS
 
-// Four rounds per SHA1RNDS4, the message schedule by SHA1MSG1/SHA1MSG2.
+// Rounds 4g to 4g + 3 by SHA1RNDS4 (round function g / 5), and the share of
+// the message schedule (SHA1MSG1, SHA1MSG2) that falls to the words of this
+// group, w[g % 4]: a step starts once its inputs are loaded and stops when no
+// later group needs it. e[g % 2] takes the words, e[(g + 1) % 2] keeps abcd
+// for the next group.
+template <int g>
+__attribute__((target("sha,sse4.1"), always_inline)) inline void Sha1Group(__m128i& abcd,
+                                                                           __m128i (&e)[2],
+                                                                           __m128i (&w)[4]) {
+  const __m128i m = w[g % 4];
+  if constexpr (g == 0) {
+    e[0] = _mm_add_epi32(e[0], m);
+  } else {
+    e[g % 2] = _mm_sha1nexte_epu32(e[g % 2], m);
+  }
+  e[(g + 1) % 2] = abcd;
+  abcd = _mm_sha1rnds4_epu32(abcd, e[g % 2], g / 5);
+  if constexpr (g >= 3 && g <= 18) w[(g + 1) % 4] = _mm_sha1msg2_epu32(w[(g + 1) % 4], m);
+  if constexpr (g >= 1 && g <= 16) w[(g + 3) % 4] = _mm_sha1msg1_epu32(w[(g + 3) % 4], m);
+  if constexpr (g >= 2 && g <= 17) w[(g + 2) % 4] = _mm_xor_si128(w[(g + 2) % 4], m);
+}
+
+template <int... g>
+__attribute__((target("sha,sse4.1"), always_inline)) inline void Sha1Groups(
+    __m128i& abcd, __m128i (&e)[2], __m128i (&w)[4], std::integer_sequence<int, g...>) {
+  (Sha1Group<g>(abcd, e, w), ...);
+}
+
+// Eighty rounds a block, twenty groups of four.
 __attribute__((target("sha,sse4.1"))) void Sha1CompressSha(Sha1State& state,
                                                            const std::uint8_t* blocks,
                                                            std::size_t count) {
@@ -241,127 +270,15 @@ __attribute__((target("sha,sse4.1"))) void Sha1CompressSha(Sha1State& state,
       _mm_shuffle_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(state.data())), 0x1B);
   __m128i e0 = _mm_set_epi32(static_cast<int>(state[4]), 0, 0, 0);
   for (; count > 0; --count, blocks += 64) {
-    const std::uint8_t* block = blocks;
     const __m128i abcd_saved = abcd;
-    const __m128i e_saved = e0;
-    __m128i e1, msg0, msg1, msg2, msg3;
-    msg0 =
-        _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(block + 0)), kByteSwap);
-    e0 = _mm_add_epi32(e0, msg0);
-    e1 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e0, 0);
-    msg1 =
-        _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(block + 16)), kByteSwap);
-    e1 = _mm_sha1nexte_epu32(e1, msg1);
-    e0 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e1, 0);
-    msg0 = _mm_sha1msg1_epu32(msg0, msg1);
-    msg2 =
-        _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(block + 32)), kByteSwap);
-    e0 = _mm_sha1nexte_epu32(e0, msg2);
-    e1 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e0, 0);
-    msg1 = _mm_sha1msg1_epu32(msg1, msg2);
-    msg0 = _mm_xor_si128(msg0, msg2);
-    msg3 =
-        _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(block + 48)), kByteSwap);
-    e1 = _mm_sha1nexte_epu32(e1, msg3);
-    e0 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e1, 0);
-    msg0 = _mm_sha1msg2_epu32(msg0, msg3);
-    msg2 = _mm_sha1msg1_epu32(msg2, msg3);
-    msg1 = _mm_xor_si128(msg1, msg3);
-    e0 = _mm_sha1nexte_epu32(e0, msg0);
-    e1 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e0, 0);
-    msg1 = _mm_sha1msg2_epu32(msg1, msg0);
-    msg3 = _mm_sha1msg1_epu32(msg3, msg0);
-    msg2 = _mm_xor_si128(msg2, msg0);
-    e1 = _mm_sha1nexte_epu32(e1, msg1);
-    e0 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e1, 1);
-    msg2 = _mm_sha1msg2_epu32(msg2, msg1);
-    msg0 = _mm_sha1msg1_epu32(msg0, msg1);
-    msg3 = _mm_xor_si128(msg3, msg1);
-    e0 = _mm_sha1nexte_epu32(e0, msg2);
-    e1 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e0, 1);
-    msg3 = _mm_sha1msg2_epu32(msg3, msg2);
-    msg1 = _mm_sha1msg1_epu32(msg1, msg2);
-    msg0 = _mm_xor_si128(msg0, msg2);
-    e1 = _mm_sha1nexte_epu32(e1, msg3);
-    e0 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e1, 1);
-    msg0 = _mm_sha1msg2_epu32(msg0, msg3);
-    msg2 = _mm_sha1msg1_epu32(msg2, msg3);
-    msg1 = _mm_xor_si128(msg1, msg3);
-    e0 = _mm_sha1nexte_epu32(e0, msg0);
-    e1 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e0, 1);
-    msg1 = _mm_sha1msg2_epu32(msg1, msg0);
-    msg3 = _mm_sha1msg1_epu32(msg3, msg0);
-    msg2 = _mm_xor_si128(msg2, msg0);
-    e1 = _mm_sha1nexte_epu32(e1, msg1);
-    e0 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e1, 1);
-    msg2 = _mm_sha1msg2_epu32(msg2, msg1);
-    msg0 = _mm_sha1msg1_epu32(msg0, msg1);
-    msg3 = _mm_xor_si128(msg3, msg1);
-    e0 = _mm_sha1nexte_epu32(e0, msg2);
-    e1 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e0, 2);
-    msg3 = _mm_sha1msg2_epu32(msg3, msg2);
-    msg1 = _mm_sha1msg1_epu32(msg1, msg2);
-    msg0 = _mm_xor_si128(msg0, msg2);
-    e1 = _mm_sha1nexte_epu32(e1, msg3);
-    e0 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e1, 2);
-    msg0 = _mm_sha1msg2_epu32(msg0, msg3);
-    msg2 = _mm_sha1msg1_epu32(msg2, msg3);
-    msg1 = _mm_xor_si128(msg1, msg3);
-    e0 = _mm_sha1nexte_epu32(e0, msg0);
-    e1 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e0, 2);
-    msg1 = _mm_sha1msg2_epu32(msg1, msg0);
-    msg3 = _mm_sha1msg1_epu32(msg3, msg0);
-    msg2 = _mm_xor_si128(msg2, msg0);
-    e1 = _mm_sha1nexte_epu32(e1, msg1);
-    e0 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e1, 2);
-    msg2 = _mm_sha1msg2_epu32(msg2, msg1);
-    msg0 = _mm_sha1msg1_epu32(msg0, msg1);
-    msg3 = _mm_xor_si128(msg3, msg1);
-    e0 = _mm_sha1nexte_epu32(e0, msg2);
-    e1 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e0, 2);
-    msg3 = _mm_sha1msg2_epu32(msg3, msg2);
-    msg1 = _mm_sha1msg1_epu32(msg1, msg2);
-    msg0 = _mm_xor_si128(msg0, msg2);
-    e1 = _mm_sha1nexte_epu32(e1, msg3);
-    e0 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e1, 3);
-    msg0 = _mm_sha1msg2_epu32(msg0, msg3);
-    msg2 = _mm_sha1msg1_epu32(msg2, msg3);
-    msg1 = _mm_xor_si128(msg1, msg3);
-    e0 = _mm_sha1nexte_epu32(e0, msg0);
-    e1 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e0, 3);
-    msg1 = _mm_sha1msg2_epu32(msg1, msg0);
-    msg3 = _mm_sha1msg1_epu32(msg3, msg0);
-    msg2 = _mm_xor_si128(msg2, msg0);
-    e1 = _mm_sha1nexte_epu32(e1, msg1);
-    e0 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e1, 3);
-    msg2 = _mm_sha1msg2_epu32(msg2, msg1);
-    msg3 = _mm_xor_si128(msg3, msg1);
-    e0 = _mm_sha1nexte_epu32(e0, msg2);
-    e1 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e0, 3);
-    msg3 = _mm_sha1msg2_epu32(msg3, msg2);
-    e1 = _mm_sha1nexte_epu32(e1, msg3);
-    e0 = abcd;
-    abcd = _mm_sha1rnds4_epu32(abcd, e1, 3);
-    e0 = _mm_sha1nexte_epu32(e0, e_saved);
+    __m128i e[2] = {e0, abcd};
+    __m128i w[4];
+    for (int i = 0; i < 4; ++i) {
+      w[i] = _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(blocks + 16 * i)),
+                              kByteSwap);
+    }
+    Sha1Groups(abcd, e, w, std::make_integer_sequence<int, 20>{});
+    e0 = _mm_sha1nexte_epu32(e[0], e0);
     abcd = _mm_add_epi32(abcd, abcd_saved);
   }
   _mm_storeu_si128(reinterpret_cast<__m128i*>(state.data()), _mm_shuffle_epi32(abcd, 0x1B));

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <numeric>
 #include <set>
@@ -54,92 +53,60 @@ TEST(CombinatoricsTest, CombinationsWalkAllSubsetsAscending) {
   EXPECT_EQ(empty, FirstArrangement(0));
 }
 
-TEST(CombinatoricsTest, PermutationsOfThreeInTheLibrarysOrder) {
-  TCombination c = FirstArrangement(3);
-  std::vector<std::vector<int>> seen{Members(c)};
-  while (NextPermutation(c)) seen.push_back(Members(c));
-  const std::vector<std::vector<int>> expected{{1, 2, 3}, {2, 1, 3}, {2, 3, 1},
-                                               {1, 3, 2}, {3, 1, 2}, {3, 2, 1}};
-  EXPECT_EQ(seen, expected);
-  EXPECT_FALSE(NextPermutation(c));
-  EXPECT_EQ(Members(c), (std::vector<int>{3, 2, 1}));
-}
-
+// Every arrangement once, ending on the descending one, where it stays; for
+// three in this library's order.
 TEST(CombinatoricsTest, PermutationsWalkAllArrangementsOnce) {
   for (int n = 1; n <= 7; ++n) {
     SCOPED_TRACE(n);
     TCombination c = FirstArrangement(n);
-    std::set<std::vector<int>> seen{Members(c)};
+    std::vector<std::vector<int>> walk{Members(c)};
     while (NextPermutation(c)) {
-      ASSERT_TRUE(seen.insert(Members(c)).second) << "repeated arrangement";
+      walk.push_back(Members(c));
       ASSERT_EQ(c[n + 1], 0xEE);
     }
     int factorial = 1;
     for (int i = 2; i <= n; ++i) factorial *= i;
-    EXPECT_EQ(static_cast<int>(seen.size()), factorial);
+    EXPECT_EQ(std::set(walk.begin(), walk.end()).size(), static_cast<std::size_t>(factorial));
+    EXPECT_EQ(static_cast<int>(walk.size()), factorial);
     std::vector<int> descending(n);
     std::iota(descending.rbegin(), descending.rend(), 1);
     EXPECT_EQ(Members(c), descending);
+    EXPECT_FALSE(NextPermutation(c));
+    EXPECT_EQ(Members(c), descending);
+    if (n == 3) {
+      EXPECT_EQ(walk, (std::vector<std::vector<int>>{
+                          {1, 2, 3}, {2, 1, 3}, {2, 3, 1}, {1, 3, 2}, {3, 1, 2}, {3, 2, 1}}));
+    }
   }
-}
-
-TEST(CombinatoricsTest, NoPermutationToStepFrom) {
-  TCombination zero = FirstArrangement(0);
+  // Nothing to step from: no members, or 9 3 4 1 (1 at the end, 2 missing).
+  TCombination zero = FirstArrangement(0), broken{4, 9, 3, 4, 1};
   EXPECT_FALSE(NextPermutation(zero));
-  TCombination broken = FirstArrangement(4);
-  broken[1] = 9;  // 9 3 4 1: value 1 stands at the end, value 2 is missing
-  broken[2] = 3;
-  broken[3] = 4;
-  broken[4] = 1;
   const TCombination before = broken;
   EXPECT_FALSE(NextPermutation(broken));
   EXPECT_EQ(broken, before);
 }
 
+int Nearest(double x, std::vector<double> values) { return IndexOfNearestArrayValue(x, values); }
+int Nearest(std::int32_t x, std::vector<std::int32_t> values) {
+  return IndexOfNearestArrayValue(x, values);
+}
+
 TEST(CombinatoricsTest, NearestValue) {
   const double inf = std::numeric_limits<double>::infinity();
   const double nan = std::numeric_limits<double>::quiet_NaN();
-  struct Case {
-    const char* name;
-    std::vector<double> values;
-    double x;
-    int expected;
-  };
-  const Case cases[] = {
-      {"empty", {}, 1.0, -1},
-      {"tie goes to the lower index", {1.0, 3.0}, 2.0, 0},
-      {"tie, reversed", {3.0, 1.0}, 2.0, 0},
-      {"unordered", {5.0, -2.0, 9.0, 2.5, 2.4}, 2.44, 4},
-      {"only NaN and infinities", {nan, inf, -inf}, 0.0, -1},
-      {"NaN skipped", {nan, 7.0}, 0.0, 1},
-      {"beyond 1.7e308 apart", {1.7e308}, -1.0e300, -1},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(IndexOfNearestArrayValue(c.x, c.values), c.expected);
-  }
-}
-
-TEST(CombinatoricsTest, NearestIntegerWrapsItsDifference) {
+  EXPECT_EQ(Nearest(1.0, {}), -1);
+  EXPECT_EQ(Nearest(2.0, {1.0, 3.0}), 0);  // a tie goes to the lower index
+  EXPECT_EQ(Nearest(2.0, {3.0, 1.0}), 0);
+  EXPECT_EQ(Nearest(2.44, {5.0, -2.0, 9.0, 2.5, 2.4}), 4);
+  EXPECT_EQ(Nearest(0.0, {nan, inf, -inf}), -1);
+  EXPECT_EQ(Nearest(0.0, {nan, 7.0}), 1);
+  EXPECT_EQ(Nearest(-1.0e300, {1.7e308}), -1);  // beyond 1.7e308 apart
   constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
   constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
-  struct Case {
-    const char* name;
-    std::vector<std::int32_t> values;
-    std::int32_t x;
-    int expected;
-  };
-  const Case cases[] = {
-      {"empty", {}, 1, -1},
-      {"tie goes to the lower index", {1, 3}, 2, 0},
-      {"plain", {10, -4, 6, 7}, 5, 2},
-      // kMin - kMax wraps to 1, nearer than the 2 of kMax - 2.
-      {"wrapping", {kMax - 2, kMin}, kMax, 1},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    EXPECT_EQ(IndexOfNearestArrayValue(c.x, c.values), c.expected);
-  }
+  EXPECT_EQ(Nearest(1, std::vector<std::int32_t>{}), -1);
+  EXPECT_EQ(Nearest(2, {1, 3}), 0);
+  EXPECT_EQ(Nearest(5, {10, -4, 6, 7}), 2);
+  EXPECT_EQ(Nearest(kMax, {kMax - 2, kMin}), 1);  // kMin - kMax wraps to 1, nearer than 2
 }
 
 }  // namespace
