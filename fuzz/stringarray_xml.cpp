@@ -39,14 +39,12 @@ void Check(bool condition) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const ScratchFiles files;
-  const std::string& in_name = files.in;
-  const std::string& out_name = files.out;
   {
-    std::ofstream out(in_name, std::ios::binary | std::ios::trunc);
+    std::ofstream out(files.in, std::ios::binary | std::ios::trunc);
     out.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
   }
-  const std::u16string in = zyn::platform::FromUTF8(in_name);
-  const std::u16string out = zyn::platform::FromUTF8(out_name);
+  const std::u16string in = zyn::platform::FromUTF8(files.in);
+  const std::u16string out = zyn::platform::FromUTF8(files.out);
 
   TStringArray table;
   table.SetString(1, 1, ShortString(u"before"));
@@ -67,11 +65,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     TStringArray copy;
     Check(copy.LoadFromXMLFile(out, u"again"));
     Check(copy.NrOfColumns() == table.NrOfColumns() && copy.NrOfRows() == table.NrOfRows());
-    for (int r = 1; r <= table.NrOfRows(); ++r) {
-      for (int c = 0; c <= table.NrOfColumns(); ++c) {
+    for (int r = 1; r <= table.NrOfRows(); ++r)
+      for (int c = 0; c <= table.NrOfColumns(); ++c)
         Check(copy.GetString(c, r) == table.GetString(c, r));
-      }
-    }
   }
   return 0;
 }
