@@ -342,8 +342,8 @@ bool InRanges(char16_t c, const UnitRanges& bounds, int count) {
 }
 
 // The first unit of [from, end) that lies in one of `count` ranges, or `end`.
-// With SSE2 eight units are tested at once; the result is that of the loop
-// behind it, which also takes the last few units.
+// With SSE2 eight or sixteen units are tested at once; the result is that of
+// the loop behind it, which also takes the last few units.
 const char16_t* FindInRanges(const char16_t* from, const char16_t* end, const UnitRanges& bounds,
                              int count) {
   if (count <= 0) return end;
@@ -355,17 +355,33 @@ const char16_t* FindInRanges(const char16_t* from, const char16_t* end, const Un
     width[i] = _mm_set1_epi16(static_cast<short>(bounds[2 * i + 1]));
   }
   const __m128i zero = _mm_setzero_si128();
-  for (; end - from >= 8; from += 8) {
-    const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  // One bit pair per unit of the eight from `at` that lie in a range.
+  const auto hits = [&](const char16_t* at) {
+    const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
     __m128i hit = zero;
     for (int i = 0; i < count; ++i) {
       // unit - low <= width, unsigned: the saturated difference to width is 0.
       const __m128i over = _mm_subs_epu16(_mm_sub_epi16(units, low[i]), width[i]);
       hit = _mm_or_si128(hit, _mm_cmpeq_epi16(over, zero));
     }
-    if (const auto mask = static_cast<unsigned>(_mm_movemask_epi8(hit)); mask != 0)
+    return static_cast<unsigned>(_mm_movemask_epi8(hit));
+  };
+  // Hits often come close together: the first eight units go alone.
+  const auto eight = [&](const char16_t*& at) {
+    if (end - at < 8) return false;
+    if (const unsigned mask = hits(at); mask != 0) {
+      at += std::countr_zero(mask) / 2;
+      return true;
+    }
+    at += 8;
+    return false;
+  };
+  if (eight(from)) return from;
+  for (; end - from >= 16; from += 16) {
+    if (const unsigned mask = hits(from) | hits(from + 8) << 16; mask != 0)
       return from + std::countr_zero(mask) / 2;
   }
+  if (eight(from)) return from;
 #endif
   for (; from != end; ++from) {
     if (InRanges(*from, bounds, count)) return from;
