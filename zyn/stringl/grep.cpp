@@ -1,7 +1,12 @@
 #include "zyn/stringl/grep.h"
 
 #include <algorithm>
+#include <bit>
 #include <climits>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include "zyn/base/zynbase.h"
 #include "zyn/platform/casefold.h"
@@ -323,6 +328,101 @@ class TokenBuilder {
   bool invert_ = false;
 };
 
+// The attempt loop looks for the code units at which token 1 can pass. They
+// are kept as up to four ranges, each its lowest unit and its width minus one;
+// more ranges than that are scanned unit by unit.
+constexpr int kMaxUnitRanges = 4;
+using UnitRanges = std::array<char16_t, 2 * kMaxUnitRanges>;
+
+bool InRanges(char16_t c, const UnitRanges& bounds, int count) {
+  for (int i = 0; i < count; ++i) {
+    if (static_cast<char16_t>(c - bounds[2 * i]) <= bounds[2 * i + 1]) return true;
+  }
+  return false;
+}
+
+// The first unit of [from, end) that lies in one of `count` ranges, or `end`.
+// With SSE2 eight or sixteen units are tested at once; the result is that of
+// the loop behind it, which also takes the last few units.
+const char16_t* FindInRanges(const char16_t* from, const char16_t* end, const UnitRanges& bounds,
+                             int count) {
+  if (count <= 0) return end;
+#if defined(__SSE2__)
+  __m128i low[kMaxUnitRanges]{};
+  __m128i width[kMaxUnitRanges]{};
+  for (int i = 0; i < count; ++i) {
+    low[i] = _mm_set1_epi16(static_cast<short>(bounds[2 * i]));
+    width[i] = _mm_set1_epi16(static_cast<short>(bounds[2 * i + 1]));
+  }
+  const __m128i zero = _mm_setzero_si128();
+  // One bit pair per unit of the eight from `at` that lie in a range.
+  const auto hits = [&](const char16_t* at) {
+    const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    __m128i hit = zero;
+    for (int i = 0; i < count; ++i) {
+      // unit - low <= width, unsigned: the saturated difference to width is 0.
+      const __m128i over = _mm_subs_epu16(_mm_sub_epi16(units, low[i]), width[i]);
+      hit = _mm_or_si128(hit, _mm_cmpeq_epi16(over, zero));
+    }
+    return static_cast<unsigned>(_mm_movemask_epi8(hit));
+  };
+  // Hits often come close together: the first eight units go alone.
+  const auto eight = [&](const char16_t*& at) {
+    if (end - at < 8) return false;
+    if (const unsigned mask = hits(at); mask != 0) {
+      at += std::countr_zero(mask) / 2;
+      return true;
+    }
+    at += 8;
+    return false;
+  };
+  if (eight(from)) return from;
+  for (; end - from >= 16; from += 16) {
+    if (const unsigned mask = hits(from) | hits(from + 8) << 16; mask != 0)
+      return from + std::countr_zero(mask) / 2;
+  }
+  if (eight(from)) return from;
+#endif
+  for (; from != end; ++from) {
+    if (InRanges(*from, bounds, count)) return from;
+  }
+  return end;
+}
+
+// The text units at which `token`, the first of a table, can pass its test
+// when the text is read with ASCII folding `fold`: for a literal those that
+// read as its first character, for a set the members. Writes them as ranges
+// into `bounds` and gives their count, or -1 when the token is of another
+// kind or needs more than kMaxUnitRanges ranges.
+int FirstUnitRanges(const TGrepToken& token, bool fold, UnitRanges& bounds) {
+  const bool literal = token.Action == taNormal && token.NumChars > 0;
+  if (!literal && token.Action != taSet) return -1;
+  const char16_t first = token.Params[1];
+  // Units below 256 read as units below 256.
+  const auto passes = [&](int unit) {
+    const char16_t read =
+        fold ? zyn::platform::LowCase(static_cast<char16_t>(unit)) : static_cast<char16_t>(unit);
+    return literal ? read == first : token.Params[read] == kMember;
+  };
+  int count = 0;
+  const auto add = [&](int low, int high) {
+    if (count == kMaxUnitRanges) return false;
+    bounds[static_cast<std::size_t>(2 * count)] = static_cast<char16_t>(low);
+    bounds[static_cast<std::size_t>(2 * count + 1)] = static_cast<char16_t>(high - low);
+    ++count;
+    return true;
+  };
+  for (int unit = 0; unit < 256; ++unit) {
+    if (!passes(unit)) continue;
+    const int low = unit;
+    while (unit < 255 && passes(unit + 1)) ++unit;
+    if (!add(low, unit)) return -1;
+  }
+  // No folding reaches a literal character above 255: only itself reads as it.
+  if (literal && first > 255) add(first, first);
+  return count;
+}
+
 // Positions handed on by the matcher stay below this bound, so that adding a
 // token's length never overflows: a longer text is searched in its first
 // kMaxTextLength characters only, and a start position is held below it.
@@ -332,12 +432,17 @@ constexpr int kMaxTextLength = INT_MAX - 4096;
 // matcher. Holds only references and positions; allocates nothing.
 class Matcher {
  public:
-  Matcher(TRegExp& table, int count, std::u16string_view text, bool fold, std::int32_t& match_end)
+  // `first_units` and `first_ranges` are what FirstUnitRanges gives for the
+  // first token of `table` and `fold`.
+  Matcher(TRegExp& table, int count, std::u16string_view text, bool fold,
+          const UnitRanges& first_units, int first_ranges, std::int32_t& match_end)
       : table_(table),
         count_(count),
         text_(text),
         len_(static_cast<int>(std::min<std::size_t>(text.size(), kMaxTextLength))),
         fold_(fold),
+        first_units_(first_units),
+        first_ranges_(first_ranges),
         match_end_(match_end) {}
 
   // Tries token `t` at position `p` and, if it passes, the tokens behind it.
@@ -357,21 +462,21 @@ class Matcher {
   // would fail at once and write nothing, so every result stays the same.
   int NextCandidate(int p) const {
     const TGrepToken& first = table_[0];
-    if (first.Action == taSet) {
+    const bool literal = first.Action == taNormal && first.NumChars > 0;
+    if (!literal && first.Action != taSet) return p;
+    if (first_ranges_ < 0) {  // a set of many ranges
       while (p <= len_ && !IsMember(first, p)) ++p;
       return p <= len_ ? p : 0;
     }
-    if (first.Action != taNormal || first.NumChars <= 0) return p;
-    const int last_start = len_ - first.NumChars + 1;
-    if (!fold_) {
-      if (p > last_start) return 0;
-      const std::u16string_view literal(&first.Params[1], static_cast<std::size_t>(first.NumChars));
-      const std::size_t at = text_.substr(0, static_cast<std::size_t>(len_))
-                                 .find(literal, static_cast<std::size_t>(p - 1));
-      return at == std::u16string_view::npos ? 0 : static_cast<int>(at) + 1;
-    }
+    // A literal is looked for by its first character, then compared whole.
+    const int last_start = literal ? len_ - first.NumChars + 1 : len_;
+    const char16_t* const units = text_.data();
     for (; p <= last_start; ++p) {
-      if (At(p) == first.Params[1] && StringAt(first, p)) return p;
+      const char16_t* const end = units + last_start;
+      const char16_t* const hit = FindInRanges(units + (p - 1), end, first_units_, first_ranges_);
+      if (hit == end) return 0;
+      p = static_cast<int>(hit - units) + 1;
+      if (!literal || CharsAt(first, p, first.NumChars)) return p;
     }
     return 0;
   }
@@ -524,6 +629,8 @@ class Matcher {
   const std::u16string_view text_;
   const int len_;
   const bool fold_;
+  const UnitRanges& first_units_;
+  const int first_ranges_;
   std::int32_t& match_end_;
 };
 
@@ -614,6 +721,8 @@ int TGrep::CompileRegExp(std::u16string_view pattern) {
     token.ValidFrom = 0;
   }
   FError = TokenBuilder(FregExp, FLengRegExp).Build(prepared);
+  // The search skips by token 1 even when the table holds no token.
+  first_unit_ranges_ = FirstUnitRanges(FregExp[0], FIgnoreCase, first_units_);
   return FError;
 }
 
@@ -627,7 +736,8 @@ bool TGrep::MatchString(std::u16string_view text, int& startPos) {
     FMatchStartPos = startPos = first.ValidFrom = 1;
     return true;
   }
-  Matcher matcher(FregExp, FLengRegExp, text, FIgnoreCase, FMatchEndPos);
+  Matcher matcher(FregExp, FLengRegExp, text, FIgnoreCase, first_units_, first_unit_ranges_,
+                  FMatchEndPos);
   const bool anchored = first.Action == taBol;
   int p = std::clamp(FSrcStartPos, 1, kMaxTextLength);
   bool found = false;

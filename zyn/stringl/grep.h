@@ -125,6 +125,10 @@ class TGrep : public zyn::platform::TComponent {
   std::int32_t FMatchEndPos = 0;
   std::int32_t FMatchStartPos = 0;
   std::int32_t FSrcStartPos = 1;
+  // The code units at which token 1 can pass, as up to four ranges (low,
+  // high - low) for the search's skipping; -1 when ranges don't describe them.
+  std::array<char16_t, 8> first_units_{};
+  int first_unit_ranges_ = -1;
 };
 
 }  // namespace Zyn_stringl

@@ -249,6 +249,29 @@ TEST(GrepMatchTest, StateLeftByEarlierCalls) {
 
 // Skipping attempts where token 1 can't pass must change no result: behind an
 // empty group, which passes everywhere, a pattern gives the same outcome.
+void ExpectSameAsUnskipped(std::u16string_view pattern, std::u16string_view text, int search_start,
+                           bool ignore_case) {
+  SCOPED_TRACE(Utf8(pattern) + " in " + Utf8(text) + " from " + std::to_string(search_start) +
+               (ignore_case ? " ignoring case" : ""));
+  TGrep plain, shifted;
+  for (TGrep* g : {&plain, &shifted}) {
+    g->SetIgnoreCase(ignore_case);
+    g->SetSearchStartPos(search_start);
+  }
+  plain.SetRegExp(pattern);
+  shifted.SetRegExp(u"()" + std::u16string(pattern));
+  int plain_start = 0, shifted_start = 0;
+  const bool found = plain.MatchString(text, plain_start);
+  ASSERT_EQ(shifted.MatchString(text, shifted_start), found);
+  if (found) {
+    EXPECT_EQ(plain.MatchEndPos(), shifted.MatchEndPos());
+  }
+  EXPECT_EQ(plain_start, shifted.RegExpToken(2).ValidFrom);
+  for (int t = 2; t <= plain.NrOfRegExpTokens(); ++t) {
+    EXPECT_EQ(plain.RegExpToken(t).ValidFrom, shifted.RegExpToken(t + 1).ValidFrom) << t;
+  }
+}
+
 TEST(GrepMatchTest, SkippedAttemptsChangeNothing) {
   const std::u16string_view patterns[] = {u"ab",  u"a[0-9]*b", u"[xy]z", u"a.*b",
                                           u"b+c", u"[ab]?c",   u"AB",    u"[A-B]c"};
@@ -258,23 +281,35 @@ TEST(GrepMatchTest, SkippedAttemptsChangeNothing) {
     for (int n = rng() % 13; n > 0; --n) text += u"abcxyB"[rng() % 6];
     const int search_start = static_cast<int>(rng() % (text.size() + 2));
     for (std::u16string_view pattern : patterns) {
-      SCOPED_TRACE(Utf8(pattern) + " in " + Utf8(text) + " from " + std::to_string(search_start));
-      TGrep plain, shifted;
-      for (TGrep* g : {&plain, &shifted}) {
-        g->SetIgnoreCase(round % 2 == 1);
-        g->SetSearchStartPos(search_start);
-      }
-      plain.SetRegExp(pattern);
-      shifted.SetRegExp(u"()" + std::u16string(pattern));
-      int plain_start = 0, shifted_start = 0;
-      const bool found = plain.MatchString(text, plain_start);
-      ASSERT_EQ(shifted.MatchString(text, shifted_start), found);
-      if (found) {
-        EXPECT_EQ(plain.MatchEndPos(), shifted.MatchEndPos());
-      }
-      EXPECT_EQ(plain_start, shifted.RegExpToken(2).ValidFrom);
-      for (int t = 2; t <= plain.NrOfRegExpTokens(); ++t) {
-        EXPECT_EQ(plain.RegExpToken(t).ValidFrom, shifted.RegExpToken(t + 1).ValidFrom) << t;
+      ExpectSameAsUnskipped(pattern, text, search_start, round % 2 == 1);
+    }
+  }
+}
+
+// The scan for token 1 goes several units at a time: a hit at every offset of
+// texts around that width, in the units left over at the end, and next to
+// surrogates and units above 255 whose low byte looks like the hit.
+TEST(GrepMatchTest, SkippingFindsHitsAtEveryOffset) {
+  const std::u16string_view patterns[] = {
+      u"a7B",          u"B",      u"\\#41",   u"[0-9]b",
+      u"[^ -~]",       u"[A-B]",  u"[\\#ff]", u"[a-df-hk-mp-rt]",
+      u"[a-z_0-9A-Z]", u"\u20ac", u"\u20ac7"};
+  const std::u16string_view fillers[] = {u"-", u"\u0161\u0162\u20ac", u"\xd83d\xde00Y"};
+  for (const std::u16string_view filler : fillers) {
+    for (std::size_t size = 0; size <= 40; ++size) {
+      std::u16string base;
+      while (base.size() < size) base += filler;
+      base.resize(size);
+      for (std::size_t at = 0; at <= size; ++at) {
+        std::u16string text = base;
+        text.replace(at, std::min<std::size_t>(3, size - at), u"a7B");  // may run past the end
+        text.resize(size);
+        for (std::u16string_view pattern : patterns) {
+          for (const bool ignore_case : {false, true}) {
+            ExpectSameAsUnskipped(pattern, text, at % 3 == 0 ? 1 : static_cast<int>(at),
+                                  ignore_case);
+          }
+        }
       }
     }
   }
