@@ -26,12 +26,6 @@ void Check(bool ok) {
   if (!ok) std::abort();
 }
 
-void Load(TMemoryStream& m, const std::uint8_t* data, std::size_t size) {
-  m.Clear();
-  m.WriteBuffer(data, static_cast<int>(size));
-  m.SetPosition(0);
-}
-
 void Lines(TMemoryStream& m, std::int64_t size) {
   for (int rule : {0, 1, 2, 3, 4, 9}) {
     m.SetPosition(0);
@@ -95,16 +89,14 @@ void Tags(TMemoryStream& m, std::int64_t size) {
 
 void Searches(TMemoryStream& m, std::int64_t size, const std::uint8_t* data) {
   const std::vector<std::u16string> texts = {u"</A>", u"\r\n", u"x"};
+  int status = 0;
   for (const std::u16string& text : texts) {
     m.SetPosition(0);
-    int status = 0;
-    const std::u16string got = ReadStreamUntil(m, text, status);
-    Check(static_cast<std::int64_t>(got.size()) == m.Position());
+    Check(std::ssize(ReadStreamUntil(m, text, status)) == m.Position());
   }
-  int index = 0;
   m.SetPosition(0);
-  const std::u16string got = ReadStreamUntilTagList(m, texts, 2, index);
-  Check(static_cast<std::int64_t>(got.size()) == m.Position() && index >= -1 && index <= 2);
+  Check(std::ssize(ReadStreamUntilTagList(m, texts, 2, status)) == m.Position());
+  Check(status >= -1 && status <= 2);
 
   // The first bytes are the pattern, the next ones the replacement.
   const std::size_t n = static_cast<std::size_t>(size);
@@ -124,7 +116,7 @@ void Searches(TMemoryStream& m, std::int64_t size, const std::uint8_t* data) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size > 1 << 16) return 0;
   TMemoryStream m;
-  Load(m, data, size);
+  m.WriteBuffer(data, static_cast<int>(size));
   const auto n = static_cast<std::int64_t>(size);
   Lines(m, n);
   Numbers(m, n);
