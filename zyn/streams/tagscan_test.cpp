@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 #include "testing/zyn_testing.h"
@@ -37,27 +38,23 @@ constexpr int kHigh = 9;
 // Reads `count` tags from `text`, through a stream and through a text file;
 // both must agree.
 std::vector<Tag> ReadTags(std::string_view text, int count) {
-  std::vector<Tag> from_stream;
+  auto read = [count](auto next) {
+    std::vector<Tag> tags(static_cast<std::size_t>(count));
+    for (Tag& t : tags) t.index = next(t.attr, t.content);
+    return tags;
+  };
   TMemoryStream m;
   Fill(m, text);
-  for (int i = 0; i < count; ++i) {
-    Tag t{};
-    t.index = ReadNextTagInStream(m, kList, kHigh, t.attr, t.content);
-    from_stream.push_back(t);
-  }
   TempDir dir;
   zyn::testing::WriteFileBytes(dir / "t", text);
   Textfile f;
   f.Assign(FromUTF8((dir / "t").string()), zyn::platform::kCpLatin1);
   f.Reset();
-  std::vector<Tag> from_file;
-  for (int i = 0; i < count; ++i) {
-    Tag t{};
-    t.index = ReadNextTagInTextFile(f, kList, kHigh, t.attr, t.content);
-    from_file.push_back(t);
-  }
-  EXPECT_EQ(from_stream, from_file);
-  return from_stream;
+  const std::vector<Tag> tags =
+      read([&](auto& a, auto& c) { return ReadNextTagInStream(m, kList, kHigh, a, c); });
+  EXPECT_EQ(read([&](auto& a, auto& c) { return ReadNextTagInTextFile(f, kList, kHigh, a, c); }),
+            tags);
+  return tags;
 }
 
 TEST(TagScanTest, ReadNextTag) {
@@ -91,29 +88,21 @@ TEST(TagScanTest, ReadNextTag) {
 
 TEST(TagScanTest, LookupIsBoundedByHigh) {
   const std::vector<std::u16string> list = {u"a", u"b", u"c"};
-  struct Case {
-    std::string_view text;
-    int high;
-    int index;
-  };
-  const Case cases[] = {
+  const std::tuple<std::string_view, int, int> cases[] = {
       {"<c/>", 2, 2},   {"<c/>", 1, 1}, {"<a/>", 0, 0}, {"<b/>", 0, 0},
       {"<b/>", -1, -1}, {"<z/>", 5, 5}, {"<b/>", 5, 1},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << std::string(c.text) << " high " << c.high);
+  for (const auto& [text, high, index] : cases) {
+    SCOPED_TRACE(testing::Message() << std::string(text) << " high " << high);
     TMemoryStream m;
-    Fill(m, c.text);
+    Fill(m, text);
     std::u16string attr, content;
-    EXPECT_EQ(ReadNextTagInStream(m, list, c.high, attr, content), c.index);
+    EXPECT_EQ(ReadNextTagInStream(m, list, high, attr, content), index);
   }
 }
 
 TEST(TagScanTest, ScanForXMLAttrib) {
-  struct Case {
-    std::u16string_view attribs, name, value;
-  };
-  const Case cases[] = {
+  const std::tuple<std::u16string_view, std::u16string_view, std::u16string_view> cases[] = {
       {u"size=12 Color=\"dark red\"", u"color", u"dark red"},
       {u"size=12 Color=\"dark red\"", u"x", u""},
       {u"a==1 b=2", u"b", u""},
@@ -128,9 +117,9 @@ TEST(TagScanTest, ScanForXMLAttrib) {
       {u"a=x b=y a=z", u"a", u"x"},
       {u"A B=1", u"a b", u"1"},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(Utf8(c.attribs) + " / " + Utf8(c.name));
-    EXPECT_EQ(ScanForXMLAttrib(c.attribs, c.name), c.value);
+  for (const auto& [attribs, name, value] : cases) {
+    SCOPED_TRACE(Utf8(attribs) + " / " + Utf8(name));
+    EXPECT_EQ(ScanForXMLAttrib(attribs, name), value);
   }
 }
 
