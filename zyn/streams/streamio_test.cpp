@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 #include "testing/zyn_testing.h"
@@ -85,30 +86,22 @@ TEST(StreamIoTest, ShortReadsKeepWhatArrived) {
 }
 
 TEST(StreamIoTest, LongStringsGoInBlocksOf4096) {
-  struct Case {
-    std::size_t length;
-    std::vector<int> writes;
-  };
-  const Case cases[] = {{0, {}}, {4096, {4096}}, {4097, {4096, 1}}, {9000, {4096, 4096, 808}}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.length);
+  const std::tuple<std::size_t, std::vector<int>> cases[] = {
+      {0, {}}, {4096, {4096}}, {4097, {4096, 1}}, {9000, {4096, 4096, 808}}};
+  for (const auto& [length, writes] : cases) {
+    SCOPED_TRACE(length);
     WriteLog m;
-    std::u16string s(c.length, u'x');
+    std::u16string s(length, u'x');
     for (std::size_t i = 0; i < s.size(); ++i) s[i] = static_cast<char16_t>(i % 251);
     WriteStringStream(m, s);
-    EXPECT_EQ(m.writes, c.writes);
-    ASSERT_EQ(m.Memory().size(), c.length);
-    for (std::size_t i = 0; i < c.length; ++i) ASSERT_EQ(m.Memory()[i], i % 251);
+    EXPECT_EQ(m.writes, writes);
+    ASSERT_EQ(m.Memory().size(), length);
+    for (std::size_t i = 0; i < length; ++i) ASSERT_EQ(m.Memory()[i], i % 251);
   }
 }
 
 TEST(StreamIoTest, ReadLnStreamByRule) {
-  struct Case {
-    std::string_view bytes;
-    int lineEnd;
-    std::vector<std::u16string> lines;  // the last one comes with eof
-  };
-  const Case cases[] = {
+  const std::tuple<std::string_view, int, std::vector<std::u16string>> cases[] = {
       {"", 0, {u""}},
       {"ab\n", 0, {u"ab", u""}},
       {"ab\r\ncd", 0, {u"ab", u"cd"}},
@@ -124,14 +117,14 @@ TEST(StreamIoTest, ReadLnStreamByRule) {
       {"a\r\nb", -1, {u"a\r\nb"}},
       {std::string_view("\xe4\xff\0z", 4), 0, {std::u16string(u"\u00e4\u00ff\0z", 4)}},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << '"' << std::string(c.bytes) << "\" rule " << c.lineEnd);
+  for (const auto& [bytes, lineEnd, lines] : cases) {
+    SCOPED_TRACE(testing::Message() << '"' << std::string(bytes) << "\" rule " << lineEnd);
     TMemoryStream m;
-    Fill(m, c.bytes);
+    Fill(m, bytes);
     std::vector<std::u16string> got;
     bool eof = false;
-    while (!eof && got.size() < 10) got.push_back(ReadLnStream(m, eof, c.lineEnd));
-    EXPECT_EQ(got, c.lines);
+    while (!eof && got.size() < 10) got.push_back(ReadLnStream(m, eof, lineEnd));
+    EXPECT_EQ(got, lines);
   }
 }
 

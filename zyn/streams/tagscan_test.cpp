@@ -58,11 +58,7 @@ std::vector<Tag> ReadTags(std::string_view text, int count) {
 }
 
 TEST(TagScanTest, ReadNextTag) {
-  struct Case {
-    std::string_view text;
-    std::vector<Tag> tags;
-  };
-  const Case cases[] = {
+  const std::tuple<std::string_view, std::vector<Tag>> cases[] = {
       {"x<A b = 1>hello</a>rest<c/>", {{2, u"b = 1", u"hello"}, {6, u"", u""}}},
       {"<img src=x/>", {{3, u"src=x", u""}, {8, u"", u""}}},
       {"<br/><br /><BR  a=1  />", {{4, u"", u""}, {4, u"", u""}, {4, u"a=1", u""}}},
@@ -80,9 +76,9 @@ TEST(TagScanTest, ReadNextTag) {
       {"<a b=\">\">", {{2, u"b=\"", u"\">"}}},
       {"<a\nb>x</a\nb>", {{kHigh, u"", u"x"}}},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::string(c.text));
-    EXPECT_EQ(ReadTags(c.text, static_cast<int>(c.tags.size())), c.tags);
+  for (const auto& [text, tags] : cases) {
+    SCOPED_TRACE(std::string(text));
+    EXPECT_EQ(ReadTags(text, static_cast<int>(tags.size())), tags);
   }
 }
 
@@ -139,13 +135,7 @@ TEST(TagScanTest, ScanStreamForXMLTagFindsNestedTags) {
 
 TEST(TagScanTest, ReadStreamUntilTagList) {
   const std::vector<std::u16string> list = {u"</TD>", u"", u"<tr", u"d>"};
-  struct Case {
-    std::string text;
-    int high;
-    std::size_t length;
-    int index;
-  };
-  const Case cases[] = {
+  const std::tuple<std::string, int, std::size_t, int> cases[] = {
       {"a<td>b</td><tr>", 3, 5, 3},  // "d>" is complete first
       {"a<td>b</td><tr>", 2, 11, 0},
       {"xx<TR>", 3, 5, 2},
@@ -153,14 +143,14 @@ TEST(TagScanTest, ReadStreamUntilTagList) {
       {"nothing", 3, 7, -1},
       {"</td>", -1, 5, -1},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
+  for (const auto& [text, high, length, want_index] : cases) {
+    SCOPED_TRACE(text);
     TMemoryStream m;
-    Fill(m, c.text);
+    Fill(m, text);
     int index = 9;
-    EXPECT_EQ(ReadStreamUntilTagList(m, list, c.high, index), Wide(c.text.substr(0, c.length)));
-    EXPECT_EQ(index, c.index);
-    EXPECT_EQ(m.Position(), static_cast<std::int64_t>(c.length));
+    EXPECT_EQ(ReadStreamUntilTagList(m, list, high, index), Wide(text.substr(0, length)));
+    EXPECT_EQ(index, want_index);
+    EXPECT_EQ(m.Position(), static_cast<std::int64_t>(length));
   }
 }
 
