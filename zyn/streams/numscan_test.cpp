@@ -12,9 +12,10 @@ namespace {
 using zyn::platform::TMemoryStream;
 using Zyn_univconst::uc_MaxDouble;
 
-void Fill(TMemoryStream& m, std::string_view bytes) {
+TMemoryStream& Fill(TMemoryStream& m, std::string_view bytes) {
   m.WriteBuffer(bytes.data(), static_cast<int>(bytes.size()));
   m.SetPosition(0);
+  return m;
 }
 
 TEST(NumScanTest, ScanStreamDecimal) {
@@ -33,8 +34,7 @@ TEST(NumScanTest, ScanStreamDecimal) {
   for (const auto& [bytes, value, consumed] : cases) {
     SCOPED_TRACE(std::string(bytes));
     TMemoryStream m;
-    Fill(m, bytes);
-    EXPECT_EQ(ScanStreamDecimal(m), value);
+    EXPECT_EQ(ScanStreamDecimal(Fill(m, bytes)), value);
     EXPECT_EQ(m.Position(), consumed);
   }
 }
@@ -73,8 +73,7 @@ TEST(NumScanTest, ScanStreamFPNum) {
     SCOPED_TRACE(testing::Message()
                  << std::string(bytes) << " exp=" << allow_exp << " mode=" << dec_mode);
     TMemoryStream m;
-    Fill(m, bytes);
-    EXPECT_DOUBLE_EQ(ScanStreamFPNum(m, allow_exp, dec_mode), value);
+    EXPECT_DOUBLE_EQ(ScanStreamFPNum(Fill(m, bytes), allow_exp, dec_mode), value);
     EXPECT_EQ(m.Position(), consumed);
   }
 }

@@ -15,9 +15,10 @@ using zyn::platform::FromUTF8;
 using zyn::testing::TempDir;
 using zyn::testing::Utf8;
 
-void Fill(TMemoryStream& m, std::string_view bytes) {
+TMemoryStream& Fill(TMemoryStream& m, std::string_view bytes) {
   m.WriteBuffer(bytes.data(), static_cast<int>(bytes.size()));
   m.SetPosition(0);
+  return m;
 }
 
 std::u16string Wide(std::string_view s) { return {s.begin(), s.end()}; }
@@ -91,9 +92,8 @@ TEST(TagScanTest, LookupIsBoundedByHigh) {
   for (const auto& [text, high, index] : cases) {
     SCOPED_TRACE(testing::Message() << std::string(text) << " high " << high);
     TMemoryStream m;
-    Fill(m, text);
     std::u16string attr, content;
-    EXPECT_EQ(ReadNextTagInStream(m, list, high, attr, content), index);
+    EXPECT_EQ(ReadNextTagInStream(Fill(m, text), list, high, attr, content), index);
   }
 }
 
