@@ -8,12 +8,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <random>
 #include <string>
 #include <vector>
 
+#include "testing/zyn_testing.h"
 #include "zyn/platform/text.h"
 #include "zyn/streams/tagscan.h"
 
@@ -27,47 +25,17 @@ void Check(bool ok) {
   if (!ok) std::abort();
 }
 
-// A scratch directory for the process, removed when it ends.
-struct ScratchDir {
-  ScratchDir() {
-    std::random_device rd;
-    path = std::filesystem::temp_directory_path() /
-           ("zyn_fuzz_textfile_" + std::to_string(rd()) + std::to_string(rd()));
-    std::filesystem::create_directories(path);
-  }
-  ~ScratchDir() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
-  }
-  std::filesystem::path path;
-};
-
-const std::filesystem::path& Scratch() {
-  static const ScratchDir dir;
-  return dir.path;
-}
-
-std::string ReadBytes(const std::filesystem::path& p) {
-  std::ifstream in(p, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string bytes(reinterpret_cast<const char*>(data), size);
-  const auto in_path = Scratch() / "in";
-  const auto out_path = Scratch() / "out";
-  {
-    std::ofstream out(in_path, std::ios::binary | std::ios::trunc);
-    out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  }
-  const std::u16string in_name = FromUTF8(in_path.string());
+  static const zyn::testing::TempDir scratch;
+  zyn::testing::WriteFileBytes(scratch / "in", bytes);
 
   Textfile in, out;
-  in.Assign(in_name);
+  in.Assign(FromUTF8((scratch / "in").string()));
   in.Reset();
-  out.Assign(FromUTF8(out_path.string()));
+  out.Assign(FromUTF8((scratch / "out").string()));
   out.Rewrite();
   std::u16string chars;
   while (!in.Eof()) {
@@ -76,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   out.Close();
   Check(chars == FromUTF8(bytes));
-  Check(ReadBytes(out_path) == bytes);
+  Check(zyn::testing::ReadFileBytes(scratch / "out") == bytes);
 
   in.Reset();
   std::size_t total = 0;

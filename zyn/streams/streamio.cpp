@@ -5,11 +5,17 @@
 #include <bit>
 #include <cstring>
 
+#include "zyn/streams/folded_blocks.h"
+
 namespace Zyn_streams {
 namespace {
 
+using streams_detail::FoldAscii;
+using streams_detail::kReadBlock;
+using streams_detail::NewHitsFrom;
+using streams_detail::ReadFoldedBlock;
+
 constexpr int kWriteBlock = 4096;
-constexpr int kReadBlock = 256;
 
 template <typename Bits>
 void WriteLittleEndian(TStream& stream, Bits bits) {
@@ -72,8 +78,6 @@ bool ReadLineBytes(TStream& stream, std::u16string& line) {
 }
 
 bool IsLineEndChar(char16_t c) { return c == 10 || c == 13; }
-
-char16_t FoldAscii(char16_t c) { return (c >= u'A' && c <= u'Z') ? c + 32 : c; }
 
 }  // namespace
 
@@ -184,17 +188,11 @@ std::u16string ReadStreamUntil(TStream& stream, std::u16string_view text, int& s
   const std::int64_t start = stream.Position();
   std::u16string buffer;
   std::u16string folded;
-  std::array<std::uint8_t, kReadBlock> block;
   while (true) {
-    const int n = std::max(stream.Read(block.data(), kReadBlock), 0);
     const std::size_t searched = folded.size();
-    buffer.append(block.begin(), block.begin() + n);
-    for (int i = 0; i < n; ++i) folded.push_back(FoldAscii(block[static_cast<std::size_t>(i)]));
+    const int n = ReadFoldedBlock(stream, buffer, folded);
     if (!folded_text.empty()) {
-      // Only a hit that reaches into the new block can be new.
-      const std::size_t from =
-          searched >= folded_text.size() ? searched - folded_text.size() + 1 : 0;
-      const std::size_t hit = folded.find(folded_text, from);
+      const std::size_t hit = folded.find(folded_text, NewHitsFrom(searched, folded_text.size()));
       if (hit != std::u16string::npos) {
         status = 0;
         buffer.resize(hit + folded_text.size());

@@ -2,8 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
+#include <tuple>
 #include <vector>
 
 #include "testing/zyn_testing.h"
@@ -32,141 +31,107 @@ class WriteLog : public TMemoryStream {
   std::vector<int> writes;
 };
 
-TEST(StreamIoTest, WritersPutTheseBytes) {
+TEST(StreamIoTest, ValuesAndTextsAsBytes) {
+  TMemoryStream m;
+  WriteStringStream(m, u"");
+  WriteStringStream(m, u"A\u00e4\u20ac\uffff");  // low bytes only
+  WriteLnStream(m, u"ab");
+  WriteLnStream(m, u"");
+  WriteLongintToStream(m, -2);
+  WriteLongintToStream(m, 0x12345678);
+  WriteSingleToStream(m, 1.0f);
+  WriteDoubleToStream(m, -2.0);
+  WriteExtendedToStream(m, 1.0);  // an extended is a double
+  const char want[] =
+      "A\xe4\xac\xff"
+      "ab\r\n\r\n\xfe\xff\xff\xff\x78\x56\x34\x12"
+      "\0\0\x80\x3f"
+      "\0\0\0\0\0\0\0\xc0"
+      "\0\0\0\0\0\0\xf0\x3f";
+  EXPECT_EQ(Bytes(m), std::string(want, sizeof want - 1));
+  m.SetPosition(10);
+  bool eof = true;
+  EXPECT_EQ(ReadLongintFromStream(m, eof), -2);
+  EXPECT_EQ(ReadLongintFromStream(m, eof), 0x12345678);
+  EXPECT_EQ(ReadSingleFromStream(m, eof), 1.0f);
+  EXPECT_EQ(ReadDoubleFromStream(m, eof), -2.0);
+  EXPECT_EQ(ReadExtendedFromStream(m, eof), 1.0);
+  EXPECT_FALSE(eof);
+}
+
+double Longint(TStream& s, bool& eof) { return ReadLongintFromStream(s, eof); }
+double Single(TStream& s, bool& eof) { return ReadSingleFromStream(s, eof); }
+
+// A short read sets eof and keeps the bytes that came, the rest being 0.
+TEST(StreamIoTest, ShortReadsKeepWhatArrived) {
   struct Case {
-    const char* what;
-    void (*write)(TStream&);
     std::string_view bytes;
+    double (*read)(TStream&, bool&);
+    double value;
   };
   const Case cases[] = {
-      {"empty string", [](TStream& s) { WriteStringStream(s, u""); }, ""},
-      {"low bytes only", [](TStream& s) { WriteStringStream(s, u"A\u00e4\u20ac\uffff"); },
-       "A\xe4\xac\xff"},
-      {"line", [](TStream& s) { WriteLnStream(s, u"ab"); }, "ab\r\n"},
-      {"empty line", [](TStream& s) { WriteLnStream(s, u""); }, "\r\n"},
-      {"longint", [](TStream& s) { WriteLongintToStream(s, -2); }, "\xfe\xff\xff\xff"},
-      {"longint 0x12345678", [](TStream& s) { WriteLongintToStream(s, 0x12345678); },
-       "\x78\x56\x34\x12"},
-      {"single", [](TStream& s) { WriteSingleToStream(s, 1.0f); },
-       std::string_view("\0\0\x80\x3f", 4)},
-      {"double", [](TStream& s) { WriteDoubleToStream(s, -2.0); },
-       std::string_view("\0\0\0\0\0\0\0\xc0", 8)},
-      {"extended is a double", [](TStream& s) { WriteExtendedToStream(s, 1.0); },
-       std::string_view("\0\0\0\0\0\0\xf0\x3f", 8)},
+      {"\x34\x12", Longint, 0x1234},
+      {"", Longint, 0},
+      {std::string_view("\0\0\x80", 3), Single, 1.1754943508e-38},
+      {std::string_view("\0\0\0\0\0\0\xf0", 7), ReadDoubleFromStream,
+       std::bit_cast<double>(std::uint64_t{0x00f0000000000000})},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    WriteLog m;
-    c.write(m);
-    EXPECT_EQ(Bytes(m), c.bytes);
+    SCOPED_TRACE(c.bytes.size());
+    TMemoryStream m;
+    bool eof = false;
+    EXPECT_FLOAT_EQ(c.read(Fill(m, c.bytes), eof), c.value);
+    EXPECT_TRUE(eof);
   }
 }
 
 TEST(StreamIoTest, LongStringsGoInBlocksOf4096) {
-  struct Case {
-    std::size_t length;
-    std::vector<int> writes;
-  };
-  const Case cases[] = {
-      {0, {}}, {1, {1}}, {4096, {4096}}, {4097, {4096, 1}}, {9000, {4096, 4096, 808}}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.length);
+  const std::tuple<std::size_t, std::vector<int>> cases[] = {
+      {0, {}}, {4096, {4096}}, {4097, {4096, 1}}, {9000, {4096, 4096, 808}}};
+  for (const auto& [length, writes] : cases) {
+    SCOPED_TRACE(length);
     WriteLog m;
-    std::u16string s(c.length, u'x');
+    std::u16string s(length, u'x');
     for (std::size_t i = 0; i < s.size(); ++i) s[i] = static_cast<char16_t>(i % 251);
     WriteStringStream(m, s);
-    EXPECT_EQ(m.writes, c.writes);
-    ASSERT_EQ(m.Memory().size(), c.length);
-    for (std::size_t i = 0; i < c.length; ++i) ASSERT_EQ(m.Memory()[i], i % 251);
+    EXPECT_EQ(m.writes, writes);
+    ASSERT_EQ(m.Memory().size(), length);
+    for (std::size_t i = 0; i < length; ++i) ASSERT_EQ(m.Memory()[i], i % 251);
   }
 }
-
-TEST(StreamIoTest, ReadersGiveValueAndEof) {
-  struct Case {
-    const char* what;
-    std::string_view bytes;
-    double (*read)(TStream&, bool&);
-    double value;
-    bool eof;
-  };
-  const Case cases[] = {
-      {"longint", "\xfe\xff\xff\xff",
-       [](TStream& s, bool& e) { return double(ReadLongintFromStream(s, e)); }, -2, false},
-      {"longint, 2 bytes left", "\x34\x12",
-       [](TStream& s, bool& e) { return double(ReadLongintFromStream(s, e)); }, 0x1234, true},
-      {"longint, empty", "",
-       [](TStream& s, bool& e) { return double(ReadLongintFromStream(s, e)); }, 0, true},
-      {"single", std::string_view("\0\0\x80\x3f", 4),
-       [](TStream& s, bool& e) { return double(ReadSingleFromStream(s, e)); }, 1.0, false},
-      {"single, short", std::string_view("\0\0\x80", 3),
-       [](TStream& s, bool& e) { return double(ReadSingleFromStream(s, e)); }, 1.1754943508e-38,
-       true},
-      {"double", std::string_view("\0\0\0\0\0\0\0\xc0", 8), ReadDoubleFromStream, -2.0, false},
-      {"extended", std::string_view("\0\0\0\0\0\0\xf0\x3f", 8), ReadExtendedFromStream, 1.0, false},
-      {"double, 7 bytes", std::string_view("\0\0\0\0\0\0\xf0", 7), ReadDoubleFromStream,
-       std::bit_cast<double>(std::uint64_t{0x00f0000000000000}), true},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    TMemoryStream m;
-    bool eof = !c.eof;
-    EXPECT_FLOAT_EQ(c.read(Fill(m, c.bytes), eof), c.value);
-    EXPECT_EQ(eof, c.eof);
-  }
-}
-
-struct Line {
-  std::u16string text;
-  bool eof;
-  friend bool operator==(const Line&, const Line&) = default;
-  friend std::ostream& operator<<(std::ostream& os, const Line& l) {
-    return os << '"' << Utf8(l.text) << "\" eof=" << l.eof;
-  }
-};
 
 TEST(StreamIoTest, ReadLnStreamByRule) {
-  struct Case {
-    std::string_view bytes;
-    int lineEnd;
-    std::vector<Line> lines;  // up to and including the first one with eof
+  const std::tuple<std::string_view, int, std::vector<std::u16string>> cases[] = {
+      {"", 0, {u""}},
+      {"ab\n", 0, {u"ab", u""}},
+      {"ab\r\ncd", 0, {u"ab", u"cd"}},
+      {"a\rb\nc", 0, {u"a\rb", u"c"}},
+      {"ab\r\ncd", 1, {u"ab", u"\ncd"}},
+      {"ab\r\ncd", 2, {u"ab", u"", u"cd"}},
+      {"a\n\rb\r\nc", 3, {u"a", u"b\r\nc"}},
+      {"a\nb\rc\r\nd", 4, {u"a\nb\rc", u"d"}},
+      {"a\r\n\r\n", 4, {u"a", u"", u""}},
+      {"x\r\r\n", 4, {u"x\r", u""}},  // only two line-end bytes go
+      {"x\r\r\r\n", 4, {u"x\r\r", u""}},
+      {"a\r\nb\n", 9, {u"a\r\nb\n"}},
+      {"a\r\nb", -1, {u"a\r\nb"}},
+      {std::string_view("\xe4\xff\0z", 4), 0, {std::u16string(u"\u00e4\u00ff\0z", 4)}},
   };
-  const Case cases[] = {
-      {"", 0, {{u"", true}}},
-      {"ab", 0, {{u"ab", true}}},
-      {"ab\n", 0, {{u"ab", false}, {u"", true}}},
-      {"ab\r\ncd", 0, {{u"ab", false}, {u"cd", true}}},
-      {"a\rb\nc", 0, {{u"a\rb", false}, {u"c", true}}},
-      {"ab\r\ncd", 1, {{u"ab", false}, {u"\ncd", true}}},
-      {"ab\r\ncd", 2, {{u"ab", false}, {u"", false}, {u"cd", true}}},
-      {"a\n\rb\r\nc", 3, {{u"a", false}, {u"b\r\nc", true}}},
-      {"a\nb\rc\r\nd", 4, {{u"a\nb\rc", false}, {u"d", true}}},
-      {"\r\n", 4, {{u"", false}, {u"", true}}},
-      {"a\r\n\r\n", 4, {{u"a", false}, {u"", false}, {u"", true}}},
-      {"x\r\r\n", 4, {{u"x\r", false}, {u"", true}}},  // only two line-end bytes go
-      {"x\r\r\r\n", 4, {{u"x\r\r", false}, {u"", true}}},
-      {"a\r\nb\n", 9, {{u"a\r\nb\n", true}}},
-      {"a\r\nb", -1, {{u"a\r\nb", true}}},
-      {std::string_view("\xe4\xff\0z", 4), 0, {{std::u16string(u"\u00e4\u00ff\0z", 4), true}}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << '"' << std::string(c.bytes) << "\" rule " << c.lineEnd);
+  for (const auto& [bytes, lineEnd, lines] : cases) {
+    SCOPED_TRACE(testing::Message() << '"' << std::string(bytes) << "\" rule " << lineEnd);
     TMemoryStream m;
-    Fill(m, c.bytes);
-    std::vector<Line> got;
+    Fill(m, bytes);
+    std::vector<std::u16string> got;
     bool eof = false;
-    while (!eof && got.size() < 10) {
-      std::u16string text = ReadLnStream(m, eof, c.lineEnd);
-      got.push_back({text, eof});
-    }
-    EXPECT_EQ(got, c.lines);
+    while (!eof && got.size() < 10) got.push_back(ReadLnStream(m, eof, lineEnd));
+    EXPECT_EQ(got, lines);
   }
 }
 
 TEST(StreamIoTest, WholeStreamFunctions) {
   TMemoryStream m;
   std::string bytes(600, 'a');
-  bytes[100] = '\n';
-  bytes[599] = '\n';
+  bytes[100] = bytes[599] = '\n';
   bytes[300] = '\xff';
   Fill(m, bytes);
   m.SetPosition(1);
@@ -174,25 +139,20 @@ TEST(StreamIoTest, WholeStreamFunctions) {
   ASSERT_EQ(rest.size(), 599u);
   EXPECT_EQ(rest[299], u'\u00ff');
   EXPECT_EQ(m.Position(), 600);
-
   m.SetPosition(0);
   EXPECT_EQ(CountLinesInStream(m), 2);
   EXPECT_EQ(m.Position(), 600);
-
   m.SetPosition(0);
   EXPECT_TRUE(FindInStream(m, 0xff));
   EXPECT_EQ(m.Position(), 301);
   EXPECT_FALSE(FindInStream(m, 0xff));
   EXPECT_FALSE(FindInStream(m, 'a'));  // at the end
-
   TMemoryStream tail;
-  Fill(tail, "a\nb");
-  EXPECT_EQ(CountLinesInStream(tail), 1);
+  EXPECT_EQ(CountLinesInStream(Fill(tail, "a\nb")), 1);
 }
 
 TEST(StreamIoTest, ReadStreamUntil) {
   struct Case {
-    const char* what;
     std::string bytes;
     std::int64_t start;
     std::u16string_view text;
@@ -200,22 +160,19 @@ TEST(StreamIoTest, ReadStreamUntil) {
     int status;
     std::int64_t position;
   };
-  const std::string spanning = std::string(254, '.') + "XYZW" + std::string(10, '.');
-  const std::string late = std::string(1000, '.') + "end";
   const Case cases[] = {
-      {"spans two blocks", spanning, 0, u"yzw", 258, 0, 258},
-      {"case of the stream kept", "the end.", 0, u"END", 7, 0, 7},
-      {"from a position", "abcabc", 2, u"ab", 3, 0, 5},
-      {"late hit", late, 0, u"end", 1003, 0, 1003},
-      {"absent: everything read", "abc", 0, u"x", 3, -1, 3},
-      {"empty text", "abc", 1, u"", 2, -1, 3},
-      {"empty stream", "", 0, u"a", 0, -1, 0},
+      {std::string(254, '.') + "XYZW" + std::string(10, '.'), 0, u"yzw", 258, 0, 258},
+      {"the end.", 0, u"END", 7, 0, 7},
+      {"abcabc", 2, u"ab", 3, 0, 5},
+      {std::string(1000, '.') + "end", 0, u"end", 1003, 0, 1003},
+      {"abc", 0, u"x", 3, -1, 3},  // absent: everything read
+      {"abc", 1, u"", 2, -1, 3},
+      {"", 0, u"a", 0, -1, 0},
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
+    SCOPED_TRACE(c.bytes + " / " + Utf8(c.text));
     TMemoryStream m;
-    Fill(m, c.bytes);
-    m.SetPosition(c.start);
+    Fill(m, c.bytes).SetPosition(c.start);
     int status = 7;
     const std::u16string got = ReadStreamUntil(m, c.text, status);
     const std::string expected = c.bytes.substr(static_cast<std::size_t>(c.start), c.result_length);

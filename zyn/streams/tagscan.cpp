@@ -7,12 +7,15 @@
 #include <string>
 #include <vector>
 
+#include "zyn/streams/folded_blocks.h"
+
 namespace Zyn_streams {
 namespace {
 
-constexpr int kReadBlock = 256;
-
-char16_t FoldAscii(char16_t c) { return (c >= u'A' && c <= u'Z') ? c + 32 : c; }
+using streams_detail::FoldAscii;
+using streams_detail::kReadBlock;
+using streams_detail::NewHitsFrom;
+using streams_detail::ReadFoldedBlock;
 
 std::u16string Fold(std::u16string_view s) {
   std::u16string folded(s);
@@ -301,19 +304,15 @@ std::u16string ReadStreamUntilTagList(TStream& stream, std::span<const std::u16s
   const std::int64_t start = stream.Position();
   std::u16string buffer;
   std::u16string folded;
-  std::array<std::uint8_t, kReadBlock> block;
   while (true) {
-    const int n = std::max(stream.Read(block.data(), kReadBlock), 0);
     const std::size_t searched = folded.size();
-    buffer.append(block.begin(), block.begin() + n);
-    for (int i = 0; i < n; ++i) folded.push_back(FoldAscii(block[static_cast<std::size_t>(i)]));
+    const int n = ReadFoldedBlock(stream, buffer, folded);
     // The entry whose first hit ends first; a tie goes to the lower index.
     std::size_t best_end = std::u16string::npos;
     for (std::size_t i = 0; i < folded_tags.size(); ++i) {
       const std::u16string& tag = folded_tags[i];
       if (tag.empty()) continue;
-      const std::size_t from = searched >= tag.size() ? searched - tag.size() + 1 : 0;
-      const std::size_t hit = folded.find(tag, from);
+      const std::size_t hit = folded.find(tag, NewHitsFrom(searched, tag.size()));
       if (hit != std::u16string::npos && hit + tag.size() < best_end) {
         best_end = hit + tag.size();
         index = static_cast<int>(i);
