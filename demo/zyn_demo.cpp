@@ -20,12 +20,17 @@ void ShowUnitOrder() {
   }
 }
 
+// UTF-8 of `s`, padded with blanks to `width` characters (printf pads bytes).
+std::string Padded(const std::u16string& s, std::size_t width) {
+  return ToUTF8(s) + std::string(s.size() < width ? width - s.size() : 0, ' ');
+}
+
 void ShowTables() {
   using namespace Zyn_zynbase;
   std::printf("\nMonth names by language:\n");
   for (int lang = lgEnglish; lang <= lgSpanish; ++lang) {
     std::printf("  %-10s", ToUTF8(LanguageID[lgEnglish][lang].str()).c_str());
-    for (const auto& month : MonthShort[lang]) std::printf(" %-4s", ToUTF8(month.str()).c_str());
+    for (const auto& month : MonthShort[lang]) std::printf(" %s", Padded(month.str(), 4).c_str());
     std::printf("\n");
   }
   std::printf("\nCSV delimiters: ");
