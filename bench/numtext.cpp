@@ -39,6 +39,19 @@ void Run(benchmark::State& state, F format) {
   }
 }
 
+// The two peers, writing into a stack buffer as a C++ user would.
+void ToChars(double x, std::chars_format format, int precision) {
+  char buf[64];
+  auto r = std::to_chars(buf, buf + sizeof buf, x, format, precision);
+  benchmark::DoNotOptimize(r.ptr);
+  benchmark::DoNotOptimize(buf);
+}
+void Snprintf(double x, const char* format) {
+  char buf[64];
+  benchmark::DoNotOptimize(std::snprintf(buf, sizeof buf, format, x));
+  benchmark::DoNotOptimize(buf);
+}
+
 // Fixed notation, width 12, 4 decimals.
 void BM_Fixed_strff(benchmark::State& state) {
   Run(state, [](double x) { benchmark::DoNotOptimize(Zyn_stringl::strff(x, 12, 4)); });
@@ -47,19 +60,10 @@ void BM_Fixed_Str(benchmark::State& state) {
   Run(state, [](double x) { benchmark::DoNotOptimize(zyn::platform::Str(x, 12, 4)); });
 }
 void BM_Fixed_to_chars(benchmark::State& state) {
-  Run(state, [](double x) {
-    char buf[64];
-    auto r = std::to_chars(buf, buf + sizeof buf, x, std::chars_format::fixed, 4);
-    benchmark::DoNotOptimize(r.ptr);
-    benchmark::DoNotOptimize(buf);
-  });
+  Run(state, [](double x) { ToChars(x, std::chars_format::fixed, 4); });
 }
 void BM_Fixed_snprintf(benchmark::State& state) {
-  Run(state, [](double x) {
-    char buf[64];
-    benchmark::DoNotOptimize(std::snprintf(buf, sizeof buf, "%12.4f", x));
-    benchmark::DoNotOptimize(buf);
-  });
+  Run(state, [](double x) { Snprintf(x, "%12.4f"); });
 }
 
 // Scientific notation, 6 significant digits and a two-digit exponent.
@@ -67,19 +71,10 @@ void BM_Scientific_strff(benchmark::State& state) {
   Run(state, [](double x) { benchmark::DoNotOptimize(Zyn_stringl::strff(x, 12, -2)); });
 }
 void BM_Scientific_to_chars(benchmark::State& state) {
-  Run(state, [](double x) {
-    char buf[64];
-    auto r = std::to_chars(buf, buf + sizeof buf, x, std::chars_format::scientific, 5);
-    benchmark::DoNotOptimize(r.ptr);
-    benchmark::DoNotOptimize(buf);
-  });
+  Run(state, [](double x) { ToChars(x, std::chars_format::scientific, 5); });
 }
 void BM_Scientific_snprintf(benchmark::State& state) {
-  Run(state, [](double x) {
-    char buf[64];
-    benchmark::DoNotOptimize(std::snprintf(buf, sizeof buf, "%12.5E", x));
-    benchmark::DoNotOptimize(buf);
-  });
+  Run(state, [](double x) { Snprintf(x, "%12.5E"); });
 }
 
 // FormatData with width 10 and 3 decimals: fixed inside its range,
@@ -93,21 +88,12 @@ bool FixedRange(double x) {
 }
 void BM_FormatData_to_chars(benchmark::State& state) {
   Run(state, [](double x) {
-    char buf[64];
-    auto r = FixedRange(x)
-                 ? std::to_chars(buf, buf + sizeof buf, x, std::chars_format::fixed, 3)
-                 : std::to_chars(buf, buf + sizeof buf, x, std::chars_format::scientific, 9);
-    benchmark::DoNotOptimize(r.ptr);
-    benchmark::DoNotOptimize(buf);
+    FixedRange(x) ? ToChars(x, std::chars_format::fixed, 3)
+                  : ToChars(x, std::chars_format::scientific, 9);
   });
 }
 void BM_FormatData_snprintf(benchmark::State& state) {
-  Run(state, [](double x) {
-    char buf[64];
-    benchmark::DoNotOptimize(FixedRange(x) ? std::snprintf(buf, sizeof buf, "%10.3f", x)
-                                           : std::snprintf(buf, sizeof buf, "%16.9E", x));
-    benchmark::DoNotOptimize(buf);
-  });
+  Run(state, [](double x) { FixedRange(x) ? Snprintf(x, "%10.3f") : Snprintf(x, "%16.9E"); });
 }
 
 BENCHMARK(BM_Fixed_strff);
