@@ -15,6 +15,8 @@
 #include <string>
 #include <string_view>
 
+#include "zyn/platform/stream.h"
+
 namespace zyn::platform {
 
 // Entry attributes. Read-only: the owner may not write. Hidden: the name
@@ -88,14 +90,7 @@ void FindClose(TSearchRec& F);
 // ---- File handles -------------------------------------------------------
 // Handles are non-negative integers; -1 marks a failure.
 
-inline constexpr int fmOpenRead = 0x0000;
-inline constexpr int fmOpenWrite = 0x0001;
-inline constexpr int fmOpenReadWrite = 0x0002;
-inline constexpr int fmShareCompat = 0x0000;  // share modes: accepted, no effect
-inline constexpr int fmShareExclusive = 0x0010;
-inline constexpr int fmShareDenyWrite = 0x0020;
-inline constexpr int fmShareDenyRead = 0x0030;
-inline constexpr int fmShareDenyNone = 0x0040;
+// The open modes (fmOpenRead, ...) are those of the streams, in stream.h.
 
 // Opens an existing file (never a directory); -1 on failure.
 int FileOpen(std::u16string_view FileName, int Mode);
