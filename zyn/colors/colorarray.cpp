@@ -1,6 +1,7 @@
 #include "zyn/colors/colorarray.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <exception>
@@ -109,21 +110,31 @@ void TColorArray::FillByInterpolation(int DiscreteLevels, std::span<const TColor
 }
 
 int TColorArray::ColorToIndex(TColor cl, double& distance) const {
-  // Comparing squared integer distances picks the same entry as comparing
-  // RGBColorDistance, which grows strictly with them, without a square root
-  // per entry.
+  // Squared distances order the entries as RGBColorDistance does, which grows
+  // strictly with them. Their least is found first, then the first entry
+  // that has it; one square root in all. Blocks of a fixed length let the
+  // compiler take several entries at a time without a remainder loop of its
+  // own.
   const int red = RedOf(cl), green = GreenOf(cl), blue = BlueOf(cl);
-  int best = 1;
-  int best_squared = kFarthest;
-  for (std::size_t k = 0; k < FColArray.size(); ++k) {
-    const int squared = SquaredDistance(FColArray[k], red, green, blue);
-    if (squared < best_squared) {
-      best_squared = squared;
-      best = static_cast<int>(k) + 1;
-      if (squared == 0) break;
+  constexpr std::size_t kBlock = 16;
+  const std::size_t n = FColArray.size();
+  const TColor* colors = FColArray.data();
+  int least = kFarthest;
+  std::size_t k = 0;
+  for (; k + kBlock <= n; k += kBlock) {
+    std::array<int, kBlock> squared;
+    for (std::size_t j = 0; j < kBlock; ++j) {
+      squared[j] = SquaredDistance(colors[k + j], red, green, blue);
     }
+    for (const int s : squared) least = s < least ? s : least;
   }
-  distance = std::sqrt(best_squared / 195075.0);
+  for (; k < n; ++k) least = std::min(least, SquaredDistance(colors[k], red, green, blue));
+
+  int best = 1;
+  if (least < kFarthest) {
+    while (SquaredDistance(colors[best - 1], red, green, blue) != least) ++best;
+  }
+  distance = std::sqrt(least / 195075.0);
   return best;
 }
 

@@ -177,10 +177,20 @@ TEST(TColorArrayTest, ColorToIndexAgreesWithDistanceSearch) {
     ASSERT_EQ(a.ColorToIndex(probe, distance), want) << probe;
     ASSERT_EQ(distance, want_distance) << probe;
   }
+  double distance = -1;
+
+  // Entries past the last whole block of 16, and a tie across blocks.
+  TColorArray small;
+  Numbered(small, 20);
+  small.SetColorElem(19, 0x0000F0);
+  small.SetColorElem(3, 0x0000F0);
+  EXPECT_EQ(small.ColorToIndex(0x0000F1, distance), 3);
+  EXPECT_EQ(distance, RGBColorDistance(0x0000F1, 0x0000F0));
+  small.SetColorElem(3, 3);
+  EXPECT_EQ(small.ColorToIndex(0x0000F1, distance), 19);
 
   TColorArray white;
   white.Fill(0xFFFFFF);
-  double distance = -1;
   EXPECT_EQ(white.ColorToIndex(0x000000, distance), 1);
   EXPECT_EQ(distance, 1.0);
   white.SetColorElem(7, 0x123456);
