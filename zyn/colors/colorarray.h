@@ -11,6 +11,7 @@
 
 #include <span>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "zyn/colors/colormodels.h"
