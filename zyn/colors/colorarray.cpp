@@ -90,21 +90,32 @@ void TColorArray::FillByInterpolation(int DiscreteLevels, std::span<const TColor
   const auto high = static_cast<std::int32_t>(
       std::min<std::size_t>(Colors.size() - 1, std::numeric_limits<std::int32_t>::max()));
   const double dn = n;
+  // Neighbouring indices share work: the quotient of H * x is the next
+  // index's quotient of H * (x - 1), and a discrete scale repeats whole
+  // colours. The values are those of computing each index afresh.
+  int prev_x = -2;
+  double prev_quotient = 0;
+  TColor prev_color = 0;
   for (int i = 1; i <= n; ++i) {
     int x = i;
     if (DiscreteLevels > 0) {
       const int steps = Round(i / dn * DiscreteLevels);
       x = Round(dn / DiscreteLevels * steps);
     }
-    int lo = static_cast<int>(Product32(high, x - 1) / dn);
-    // With fewer colours than support colours, or products that wrapped, lo
-    // can leave the list: it then counts as the nearest end.
-    lo = std::clamp(lo, 0, std::max(high - 1, 0));
-    const double f = Product32(high, x) / dn - lo;
-    const std::size_t upper =
-        std::min<std::size_t>(static_cast<std::size_t>(lo) + 1, static_cast<std::size_t>(high));
-    FColArray[static_cast<std::size_t>(i - 1)] =
-        InterpolateColor(Colors[static_cast<std::size_t>(lo)], Colors[upper], f);
+    if (x != prev_x) {
+      const double lower = x - 1 == prev_x ? prev_quotient : Product32(high, x - 1) / dn;
+      const double quotient = Product32(high, x) / dn;
+      // With fewer colours than support colours, or products that wrapped,
+      // lo can leave the list: it then counts as the nearest end.
+      const int lo = std::clamp(static_cast<int>(lower), 0, std::max(high - 1, 0));
+      const std::size_t upper =
+          std::min<std::size_t>(static_cast<std::size_t>(lo) + 1, static_cast<std::size_t>(high));
+      prev_color =
+          InterpolateColor(Colors[static_cast<std::size_t>(lo)], Colors[upper], quotient - lo);
+      prev_x = x;
+      prev_quotient = quotient;
+    }
+    FColArray[static_cast<std::size_t>(i - 1)] = prev_color;
   }
   Changed();
 }

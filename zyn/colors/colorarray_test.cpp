@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -133,6 +134,28 @@ TEST(TColorArrayTest, FillByInterpolation) {
     for (int size : {1, 2, 9, 10, 11}) {
       small.SetSize(size);
       small.FillByInterpolation(levels, ColorArray_Contrast);  // never outside the list
+    }
+  }
+
+  // Index by index, each computed afresh as the scale's rule reads.
+  for (int levels : {0, 1, 2, 3, 7, 50}) {
+    for (int size : {2, 11, 12, 999}) {
+      SCOPED_TRACE(testing::Message() << size << " " << levels);
+      TColorArray a;
+      a.SetSize(size);
+      a.FillByInterpolation(levels, ColorArray_Geo2);
+      const int high = 10;
+      for (int i = 1; i <= size; ++i) {
+        const int x = levels > 0
+                          ? static_cast<int>(std::nearbyint(
+                                size / double(levels) * std::nearbyint(i / double(size) * levels)))
+                          : i;
+        const int lo = std::max(0, static_cast<int>(high * (x - 1) / double(size)));
+        const TColor want = InterpolateColor(ColorArray_Geo2[static_cast<std::size_t>(lo)],
+                                             ColorArray_Geo2[static_cast<std::size_t>(lo) + 1],
+                                             high * x / double(size) - lo);
+        ASSERT_EQ(a.ColorElem(i), want) << i;
+      }
     }
   }
 
