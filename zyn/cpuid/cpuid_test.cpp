@@ -142,10 +142,10 @@ TEST(CpuIdTest, LiveValuesAgreeWithProcCpuinfo) {
   if (!info.contains("vendor_id")) GTEST_SKIP() << "/proc/cpuinfo has no x86 fields";
 
   EXPECT_EQ(Utf8(CPU_VendorString()), info.at("vendor_id"));
-  // The kernel adds the extended fields for families 6 and 15.
+  // The kernel adds the extended family to family 15, and the extended
+  // model to the model from family 6 on.
   const int family = CPU_Family() == 15 ? 15 + CPU_ExFamily() : CPU_Family();
-  const int model =
-      (CPU_Family() == 6 || CPU_Family() == 15) ? CPU_ExModel() * 16 + CPU_Model() : CPU_Model();
+  const int model = CPU_Family() >= 6 ? CPU_ExModel() * 16 + CPU_Model() : CPU_Model();
   EXPECT_EQ(family, std::stoi(info.at("cpu family")));
   EXPECT_EQ(model, std::stoi(info.at("model")));
   EXPECT_EQ(CPU_Stepping(), std::stoi(info.at("stepping")));
