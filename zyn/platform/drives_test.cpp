@@ -2,14 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-
 #include "testing/zyn_testing.h"
 
 namespace zyn::platform {
 namespace {
-
-namespace fs = std::filesystem;
 
 TEST(MountInfoTest, ParsesFieldsEscapesAndOptionalTags) {
   const std::string text =
@@ -92,61 +88,6 @@ TEST(SelectDrivesTest, RootFirstPseudoAndPlumbingLeftOutRemountsKeepTheirPlace) 
   ASSERT_EQ(capped.size(), 26u);
   EXPECT_EQ(capped[0].fs_type, "rootfs");  // no "/" in the table: the root still is drive A
   EXPECT_EQ(capped[25].mount_point, "/m24");
-}
-
-// A fake system: a mount table and /sys/dev/block in a temporary directory.
-// The block devices are faked because no machine here has a removable disk.
-TEST(MountedDrivesTest, ReadsTheTableAndTheRemovableFlags) {
-  zyn::testing::TempDir dir;
-  const std::string d = dir.path().string();
-  fs::create_directories(dir / "usb");
-  fs::create_directories(dir / "ram");
-  fs::create_directories(dir / "sys/block/sdb/sdb1");
-  fs::create_directories(dir / "sys/block/sda");
-  zyn::testing::WriteFileBytes(dir / "sys/block/sdb/removable", "1\n");
-  zyn::testing::WriteFileBytes(dir / "sys/block/sda/removable", "0\n");
-  fs::create_directory_symlink(dir / "sys/block/sdb/sdb1", dir / "sys/8:17");
-  fs::create_directory_symlink(dir / "sys/block/sda", dir / "sys/8:0");
-  zyn::testing::WriteFileBytes(dir / "mountinfo",
-                               "1 0 8:0 / / rw - ext4 /dev/sda rw\n"
-                               "2 1 8:17 / " +
-                                   d +
-                                   "/usb rw - vfat /dev/sdb1 rw\n"
-                                   "3 1 0:30 / " +
-                                   d +
-                                   "/ram rw - tmpfs tmpfs rw\n"
-                                   "4 1 0:31 / " +
-                                   d + "/gone rw - ext4 /dev/sdq rw\n");
-  const DriveSources saved = CurrentDriveSources();
-  SetDriveSources({(dir / "mountinfo").string(), (dir / "sys").string()});
-
-  ASSERT_EQ(MountedDrives().size(), 3u);
-  EXPECT_EQ(DriveRoot(0), u"/");
-  EXPECT_EQ(ToUTF8(DriveRoot(1)), d + "/usb");
-  EXPECT_EQ(DriveRoot(3), u"");
-  EXPECT_EQ(DriveType(0), kDriveFixed);
-  EXPECT_EQ(DriveType(1), kDriveRemovable);
-  EXPECT_EQ(DriveType(2), kDriveRamDisk);
-  EXPECT_EQ(DriveType(3), kDriveNoRootDir);
-  EXPECT_EQ(DriveType(26), kDriveNoRootDir);
-  // Other programs write to the same disk meanwhile: compare within 256 MiB.
-  EXPECT_NEAR(static_cast<double>(DriveFreeBytes(1)),
-              static_cast<double>(fs::space(dir / "usb").available), 256.0 * (1 << 20));
-  EXPECT_EQ(DriveFreeBytes(3), -1);
-  EXPECT_EQ(DriveFreeBytes(-1), -1);
-
-  SetDriveSources({(dir / "missing").string(), (dir / "sys").string()});
-  EXPECT_TRUE(MountedDrives().empty());
-  EXPECT_EQ(DriveType(0), kDriveNoRootDir);
-  SetDriveSources(saved);
-}
-
-TEST(MountedDrivesTest, ThisMachineHasARootDrive) {
-  const std::vector<MountEntry> drives = MountedDrives();
-  ASSERT_FALSE(drives.empty());
-  EXPECT_EQ(drives[0].mount_point, "/");
-  EXPECT_NEAR(static_cast<double>(DriveFreeBytes(0)), static_cast<double>(fs::space("/").available),
-              256.0 * (1 << 20));
 }
 
 }  // namespace
