@@ -141,7 +141,6 @@ TEST(CpuIdTest, LiveValuesAgreeWithProcCpuinfo) {
   EXPECT_EQ(family, std::stoi(info.at("cpu family")));
   EXPECT_EQ(model, std::stoi(info.at("model")));
   EXPECT_EQ(CPU_Stepping(), std::stoi(info.at("stepping")));
-  EXPECT_EQ(CPU_Signature() & 0xF, static_cast<std::uint32_t>(CPU_Stepping()));
   EXPECT_EQ(Utf8(CPU_MarketName()), info.at("model name"));
 
   std::istringstream flags(info.at("flags"));
@@ -160,8 +159,6 @@ TEST(CpuIdTest, LiveValuesAgreeWithProcCpuinfo) {
   char signature[16];
   std::snprintf(signature, sizeof signature, "%08X", static_cast<unsigned>(CPU_Signature()));
   EXPECT_EQ(Utf8(CPU_SerialNumber().substr(0, 8)), signature);
-  EXPECT_EQ(CPU_OverDrive(), CPU_Type() == 1);
-  EXPECT_EQ(CPU_BrandID(), static_cast<int>(CPUID(1)[1] & 0xFF));
 }
 
 TEST(CpuIdTest, WithoutTheInstructionEveryReaderRaises) {
