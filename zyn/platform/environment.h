@@ -32,9 +32,6 @@ std::u16string SystemLibraryDirectory();
 // The directory the operating system is installed in: the root, "/".
 std::u16string SystemRootDirectory();
 
-// True if `path` names an existing directory (links followed).
-bool DirectoryExists(std::u16string_view path);
-
 // The whole content of a file as bytes, at most `max_bytes` of it; false if
 // it can't be opened or read.
 bool ReadSmallFile(std::u16string_view path, std::string& content,

@@ -1,11 +1,9 @@
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
 #include "zyn/platform/environment.h"
+#include "zyn/platform/files.h"
 #include "zyn/platform/text.h"
 
 extern char** environ;
@@ -33,11 +31,6 @@ std::u16string TemporaryDirectory() {
 std::u16string SystemLibraryDirectory() { return u"/usr/lib"; }
 
 std::u16string SystemRootDirectory() { return u"/"; }
-
-bool DirectoryExists(std::u16string_view path) {
-  struct stat st {};
-  return ::stat(ToUTF8(path).c_str(), &st) == 0 && S_ISDIR(st.st_mode);
-}
 
 bool ReadSmallFile(std::u16string_view path, std::string& content, std::size_t max_bytes) {
   content.clear();
