@@ -2,7 +2,8 @@
 
 #include <atomic>
 
-#if (defined(__x86_64__) || defined(__i386__)) && (defined(__GNUC__) || defined(__clang__))
+#if (defined(__x86_64__) || defined(__i386__)) && (defined(__GNUC__) || defined(__clang__)) && \
+    !defined(ZYN_NO_X86_CPUID)
 #include <cpuid.h>
 #define ZYN_CPUID_AVAILABLE 1
 #endif
