@@ -46,11 +46,11 @@ struct TFeatProps {
 // Number 0, name "undefined", fkUndefined, everything else empty.
 void ClearFeatProps(TFeatProps& props);
 
-// The most features or objects a file may claim, and the most values (features
-// times objects): a header beyond them ends the load as a failed read (-2)
-// instead of allocating what the file merely claims.
-inline constexpr int kMaxLoadedCount = 1 << 20;
-inline constexpr std::int64_t kMaxLoadedValues = std::int64_t{1} << 22;
+// The most features a file may claim: a "#featdef" or "#featvals" header
+// beyond it ends the load as a failed read (-2) instead of allocating what
+// the file merely claims. Objects and values have a limit per matrix
+// (SetMaxLoadedValues).
+inline constexpr int kMaxLoadedFeatures = 1 << 16;
 
 // Features (fix) and objects (obj) count from 1. Reads out of range give a
 // neutral value and writes out of range do nothing, without an error or an
@@ -197,6 +197,11 @@ class TFeatureMatrix : public zyn::platform::TComponent {
   // the file doesn't exist (the matrix is then unchanged), -2 if it holds no
   // block, -3 if reading failed. Other failures to open raise EInOutError.
   int Load(std::u16string_view FName);
+  // The most objects, and the most values (features times objects), that a
+  // "#featvals" header may claim; beyond it the load fails (-2). 4194304 by
+  // default; a host that reads larger files raises it. Not copied by Assign.
+  std::int64_t MaxLoadedValues() const noexcept { return max_loaded_values_; }
+  void SetMaxLoadedValues(std::int64_t Value) noexcept { max_loaded_values_ = Value; }
 
   // --- Object model --------------------------------------------------------------
 
@@ -237,6 +242,7 @@ class TFeatureMatrix : public zyn::platform::TComponent {
   std::vector<TFeatProps> FFeatProps;                  // [fix - 1]
   std::vector<std::vector<std::u16string>> FFeatVals;  // [fix - 1][obj - 1]
   zyn::platform::TNotifyEvent FOnChange;
+  std::int64_t max_loaded_values_ = std::int64_t{1} << 22;
 };
 
 }  // namespace Zyn_dstruct

@@ -47,9 +47,9 @@ std::u16string Decimal(std::int64_t v) {
   return {s.begin(), s.end()};
 }
 
-// A count of a header: 0 to kMaxLoadedCount, else the read fails.
-int CheckedCount(std::int64_t n) {
-  if (n < 0 || n > kMaxLoadedCount) throw FailedRead{};
+// A count of a header: 0 to `limit`, else the read fails.
+int CheckedCount(std::int64_t n, std::int64_t limit) {
+  if (n < 0 || n > limit) throw FailedRead{};
   return static_cast<int>(n);
 }
 
@@ -92,7 +92,7 @@ void TFeatureMatrix::Save(std::u16string_view FName) const {
 
 void TFeatureMatrix::ReadDefinitions(Textfile& f, std::u16string_view rest) {
   int pos = 1;
-  const int n = CheckedCount(zyn::internal::ScanDecimal(rest, pos));
+  const int n = CheckedCount(zyn::internal::ScanDecimal(rest, pos), kMaxLoadedFeatures);
   const int version = zyn::internal::ScanDecimal(rest, pos);
   Reshape(n, FNObjs);
   if (version != 1) return;
@@ -139,9 +139,9 @@ void TFeatureMatrix::ReadValues(Textfile& f, std::u16string_view rest) {
   const std::u16string_view first = rest.substr(0, blank);
   const std::u16string_view second =
       blank == std::u16string_view::npos ? std::u16string_view() : rest.substr(blank + 1);
-  const int nfeats = CheckedCount(zyn::platform::StrToInt(first));
-  const int nobjs = CheckedCount(zyn::platform::StrToInt(second));
-  if (std::int64_t{nfeats} * nobjs > kMaxLoadedValues) throw FailedRead{};
+  const int nfeats = CheckedCount(zyn::platform::StrToInt(first), kMaxLoadedFeatures);
+  const int nobjs = CheckedCount(zyn::platform::StrToInt(second), max_loaded_values_);
+  if (std::int64_t{nfeats} * nobjs > max_loaded_values_) throw FailedRead{};
   Reshape(nfeats, nobjs);
   // Lines to the first empty or '#' line; that one ends the block.
   while (!f.Eof()) {

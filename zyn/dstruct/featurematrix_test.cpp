@@ -437,7 +437,9 @@ TEST(FeatureMatrixFileTest, ReaderRules) {
       {"values header with one count", "#featvals 1\r\n", -2, 0, 0, u""},
       {"negative count", "#featdef -1 1\r\n", -2, 0, 0, u""},
       {"absurd counts", "#featvals 2000000000 2000000000\r\n1 1 x\r\n", -2, 0, 0, u""},
-      {"absurd product", "#featvals 65536 65536\r\n", -2, 0, 0, u""},
+      {"absurd product", "#featvals 4096 4096\r\n", -2, 0, 0, u""},
+      {"too many features", "#featvals 65537 0\r\n", -2, 0, 0, u""},
+      {"features at the limit", "#featvals 65536 0\r\n", 0, 65536, 0, u""},
       {"absurd definitions", "#featdef 1 1\r\n1 fplFeatName a\r\n#featdef 2000000000 1\r\n", -2, 1,
        0, u"props 1 a 0 0 0 "},
   };
@@ -479,6 +481,14 @@ TEST(FeatureMatrixFileTest, ReaderRules) {
     }
   }
   EXPECT_EQ(TFeatureMatrix().Load(Path(dir, "missing.txt")), -1);
+  TFeatureMatrix small;
+  small.SetMaxLoadedValues(100);
+  zyn::testing::WriteFileBytes(dir / "big.txt", "#featvals 10 11\r\n");
+  EXPECT_EQ(small.Load(Path(dir, "big.txt")), -3);
+  zyn::testing::WriteFileBytes(dir / "big.txt", "#featvals 0 101\r\n");
+  EXPECT_EQ(small.Load(Path(dir, "big.txt")), -3);
+  zyn::testing::WriteFileBytes(dir / "big.txt", "#featvals 10 10\r\n");
+  EXPECT_EQ(small.Load(Path(dir, "big.txt")), 0);
 }
 
 TEST(FeatureMatrixFileTest, TwoBlocksFromOneOpenFile) {
