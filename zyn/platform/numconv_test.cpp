@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <optional>
 #include <random>
@@ -17,55 +19,38 @@ namespace {
 
 using zyn::testing::Utf8;
 
-TEST(NumConvTest, StrToIntTakesWhatValTakesAndRaisesOtherwise) {
-  const std::pair<std::u16string_view, std::optional<std::int32_t>> cases[] = {
-      {u"42", 42},
-      {u"+7", 7},
-      {u"  -12", -12},
-      {u"$1F", 31},
-      {u"2147483647", 2147483647},
-      {u"-2147483648", std::numeric_limits<std::int32_t>::min()},
-      {u"2147483648", {}},
-      {u"", {}},
-      {u"-", {}},
-      {u"12 ", {}},
-      {u"1.0", {}},
-      {u"abc", {}},
-  };
-  for (const auto& [text, want] : cases) {
-    SCOPED_TRACE(Utf8(text));
-    if (want) {
-      EXPECT_EQ(StrToInt(text), *want);
-      continue;
-    }
-    try {
-      StrToInt(text);
-      ADD_FAILURE() << "no exception";
-    } catch (const EConvertError& e) {
-      EXPECT_EQ(e.Message(), u"'" + std::u16string(text) + u"' is not a valid integer value");
-    }
+std::u16string Raised(const std::function<void()>& f) {
+  try {
+    f();
+  } catch (const EConvertError& e) {
+    return e.Message();
   }
+  return u"no exception";
 }
 
-TEST(NumConvTest, StrToFloatAllowsBlanksAtBothEndsOnly) {
-  const std::pair<std::u16string_view, std::optional<double>> cases[] = {
-      {u"3.5", 3.5},    {u" -2.5E3 ", -2500.0}, {u"5.", 5.0}, {u".5", 0.5},
-      {u"1e-400", 0.0}, {u"1E4200", {}},        {u"", {}},    {u".", {}},
-      {u"12abc", {}},   {u"1,5", {}},           {u"INF", {}}, {u"1 2", {}},
-  };
-  for (const auto& [text, want] : cases) {
+// nullopt: refused with EConvertError "'<text>' is not a valid ... value".
+TEST(NumConvTest, TextToNumberRaisesOnAnythingElse) {
+  const std::pair<std::u16string_view, std::optional<std::int32_t>> ints[] = {
+      {u"  -12", -12},     {u"$1F", 31}, {u"-2147483648", INT32_MIN},
+      {u"2147483648", {}}, {u"12 ", {}}, {u"", {}}};
+  for (const auto& [text, want] : ints) {
     SCOPED_TRACE(Utf8(text));
-    if (want) {
+    if (want)
+      EXPECT_EQ(StrToInt(text), *want);
+    else
+      EXPECT_EQ(Raised([&] { StrToInt(text); }),
+                u"'" + std::u16string(text) + u"' is not a valid integer value");
+  }
+  const std::pair<std::u16string_view, std::optional<double>> floats[] = {
+      {u" -2.5E3 ", -2500.0}, {u"5.", 5.0}, {u"1e-400", 0.0}, {u"1E4200", {}}, {u".", {}},
+      {u"12abc", {}},         {u"1,5", {}}, {u"INF", {}},     {u"1 2", {}}};
+  for (const auto& [text, want] : floats) {
+    SCOPED_TRACE(Utf8(text));
+    if (want)
       EXPECT_EQ(StrToFloat(text), *want);
-      continue;
-    }
-    try {
-      StrToFloat(text);
-      ADD_FAILURE() << "no exception";
-    } catch (const EConvertError& e) {
-      EXPECT_EQ(e.Message(),
+    else
+      EXPECT_EQ(Raised([&] { StrToFloat(text); }),
                 u"'" + std::u16string(text) + u"' is not a valid floating point value");
-    }
   }
 }
 
@@ -79,10 +64,8 @@ TEST(NumConvTest, FloatToStrLayout) {
       {123456789012345.0, u"123456789012345"},
       {1e15, u"1E15"},
       {1.5e-7, u"1.5E-7"},
-      {0.00001, u"0.00001"},
       {0.000001, u"1E-6"},
       {0.1 + 0.2, u"0.30000000000000004"},
-      {1.7976931348623157e308, u"1.7976931348623157E308"},
       {5e-324, u"5E-324"},
       {std::numeric_limits<double>::quiet_NaN(), u"NAN"},
       {-std::numeric_limits<double>::infinity(), u"-INF"},
