@@ -33,24 +33,26 @@ TEST(NumConvTest, TextToNumberRaisesOnAnythingElse) {
   const std::pair<std::u16string_view, std::optional<std::int32_t>> ints[] = {
       {u"  -12", -12},     {u"$1F", 31}, {u"-2147483648", INT32_MIN},
       {u"2147483648", {}}, {u"12 ", {}}, {u"", {}}};
-  for (const auto& [text, want] : ints) {
-    SCOPED_TRACE(Utf8(text));
-    if (want)
-      EXPECT_EQ(StrToInt(text), *want);
-    else
-      EXPECT_EQ(Raised([&] { StrToInt(text); }),
-                u"'" + std::u16string(text) + u"' is not a valid integer value");
+  for (const auto& c : ints) {
+    SCOPED_TRACE(Utf8(c.first));
+    if (c.second) {
+      EXPECT_EQ(StrToInt(c.first), *c.second);
+    } else {
+      EXPECT_EQ(Raised([&] { StrToInt(c.first); }),
+                u"'" + std::u16string(c.first) + u"' is not a valid integer value");
+    }
   }
   const std::pair<std::u16string_view, std::optional<double>> floats[] = {
       {u" -2.5E3 ", -2500.0}, {u"5.", 5.0}, {u"1e-400", 0.0}, {u"1E4200", {}}, {u".", {}},
       {u"12abc", {}},         {u"1,5", {}}, {u"INF", {}},     {u"1 2", {}}};
-  for (const auto& [text, want] : floats) {
-    SCOPED_TRACE(Utf8(text));
-    if (want)
-      EXPECT_EQ(StrToFloat(text), *want);
-    else
-      EXPECT_EQ(Raised([&] { StrToFloat(text); }),
-                u"'" + std::u16string(text) + u"' is not a valid floating point value");
+  for (const auto& c : floats) {
+    SCOPED_TRACE(Utf8(c.first));
+    if (c.second) {
+      EXPECT_EQ(StrToFloat(c.first), *c.second);
+    } else {
+      EXPECT_EQ(Raised([&] { StrToFloat(c.first); }),
+                u"'" + std::u16string(c.first) + u"' is not a valid floating point value");
+    }
   }
 }
 
