@@ -36,8 +36,8 @@ struct TFeatProps {
   zyn::platform::BasicShortString<20> FeatName;  // cut to 20 characters
   TFeatKind FeatKind = fkUndefined;
   zyn::platform::BasicShortString<60> Comment;  // cut to 60 characters
-  std::u16string PresetValues;                  // stored and saved, never read
-  bool Sorted = false;                          // stored and saved, never read
+  std::u16string PresetValues;                  // stored and saved; no meaning here
+  bool Sorted = false;                          // stored and saved; no meaning here
   void* GUIElem = nullptr;                      // the host's handle; not saved
 
   friend bool operator==(const TFeatProps&, const TFeatProps&) = default;
