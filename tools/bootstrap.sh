@@ -5,6 +5,7 @@ set -euo pipefail
 
 required=(cmake ninja-build g++ clang libclang-rt-14-dev libgtest-dev libgmock-dev
           libbenchmark-dev zlib1g-dev libssl-dev pkg-config)
+required+=(libsystemd-dev dbus-daemon)  # the portal's save dialog (sd-bus) and its test's private bus
 required+=(libcli11-dev python3)  # the zyn command and its end-to-end tests
 required+=(xvfb zenity xdotool)  # the save dialog's desktop test
 # Only the TGrep benchmark compares with PCRE2; the build goes on without it.
