@@ -49,7 +49,8 @@ class BusError {
   sd_bus_error* get() noexcept { return &error_; }
 
  private:
-  sd_bus_error error_ = SD_BUS_ERROR_NULL;
+  // SD_BUS_ERROR_NULL is a C compound literal; this is the same empty error.
+  sd_bus_error error_{nullptr, nullptr, 0};
 };
 
 // Any failed step of the conversation; the dialog then counts as failed.
