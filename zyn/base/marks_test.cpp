@@ -1,0 +1,5 @@
+#include "zyn/base/marks.h"
+
+#include <gtest/gtest.h>
+
+TEST(Placeholder, Builds) {}

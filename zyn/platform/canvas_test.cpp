@@ -1,0 +1,5 @@
+#include "zyn/platform/canvas.h"
+
+#include <gtest/gtest.h>
+
+TEST(Placeholder, Builds) {}

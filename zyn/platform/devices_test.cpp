@@ -1,0 +1,5 @@
+#include "zyn/platform/devices.h"
+
+#include <gtest/gtest.h>
+
+TEST(Placeholder, Builds) {}
