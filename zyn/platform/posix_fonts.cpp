@@ -47,6 +47,17 @@ class FontEngine {
     return face;
   }
 
+  // The advance of `c` in 26.6 pixels, remembered: measuring runs for every
+  // character mark, and FreeType loads a glyph anew each time.
+  long Advance(FT_Face face, char16_t c) {
+    const auto key = std::make_tuple(face, face->size->metrics.y_ppem, c);
+    if (const auto it = advances_.find(key); it != advances_.end()) return it->second;
+    const long advance = FT_Load_Char(face, c, FT_LOAD_DEFAULT) == 0 ? face->glyph->advance.x : 0;
+    if (advances_.size() >= 65536) advances_.clear();
+    advances_.emplace(key, advance);
+    return advance;
+  }
+
   std::vector<std::u16string> Families() {
     std::vector<std::u16string> names;
     FcPattern* pattern = FcPatternCreate();
@@ -135,6 +146,7 @@ class FontEngine {
   std::mutex lock_;
   FT_Library library_ = nullptr;
   std::map<std::tuple<std::u16string, bool, bool>, FT_Face> faces_;
+  std::map<std::tuple<FT_Face, FT_UShort, char16_t>, long> advances_;
 };
 
 long Ceil26_6(long v) { return (v + 63) >> 6; }
@@ -157,9 +169,7 @@ TextExtent MeasureText(const TFont& font, std::u16string_view text) {
   CellMetrics(face, e.ascent, descent);
   e.height = e.ascent + descent;
   long width = 0;
-  for (char16_t c : text) {
-    if (FT_Load_Char(face, c, FT_LOAD_DEFAULT) == 0) width += face->glyph->advance.x;
-  }
+  for (char16_t c : text) width += engine.Advance(face, c);
   e.width = static_cast<int>(std::min<long>((width + 32) >> 6, 0x7FFFFFFF));
   return e;
 }
@@ -176,6 +186,10 @@ void RenderText(const TFont& font, std::u16string_view text, std::int64_t x, std
   const std::int64_t baseline = y + ascent;
   const std::int64_t w = target.Width();
   const std::int64_t h = target.Height();
+  // Glyphs reach above the ascent and below the descent only a little; a
+  // cell a whole em away from the raster draws nothing.
+  const std::int64_t em = face->size->metrics.y_ppem;
+  if (y >= h + em || y + ascent + descent + em <= 0 || x >= w + em) return;
   const unsigned fr = color & 0xFF;
   const unsigned fg = (color >> 8) & 0xFF;
   const unsigned fb = (color >> 16) & 0xFF;
