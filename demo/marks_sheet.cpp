@@ -1,5 +1,6 @@
 // marks_sheet: draws all 256 marks and the five frame styles into one PNG,
-// the picture kept in docs/marks.png. Usage: marks_sheet [out.png]
+// at twice their size, the picture kept in docs/marks.png.
+// Usage: marks_sheet [out.png]
 
 #include <cstdio>
 #include <exception>
@@ -66,11 +67,18 @@ int main(int argc, char** argv) {
     cv.Font().SetSize(11);
     cv.Font().SetStyle({zyn::platform::fsBold});
     cv.Brush().SetStyle(zyn::platform::bsClear);
-    cv.TextOut(6, 6, u"The 256 marks (0-51 shapes, 52-255 characters) and the frame styles");
+    cv.TextOut(6, 6, u"Marks 0 to 255 and the frame styles");
     cv.Font().SetStyle({});
     DrawMarks(cv);
     DrawFrames(cv, marks_bottom + 10);
-    sheet.SaveToFile(FromUTF8(out));
+    // Shown at twice the size, so that every pixel of the marks can be seen.
+    zyn::platform::TBitmap big(sheet.Width() * 2, sheet.Height() * 2);
+    for (int y = 0; y < big.Height(); ++y) {
+      const auto from = sheet.ScanLine(y / 2);
+      const auto to = big.ScanLine(y);
+      for (int x = 0; x < big.Width(); ++x) to[x] = from[x / 2];
+    }
+    big.SaveToFile(FromUTF8(out));
   } catch (const std::exception& e) {
     std::fprintf(stderr, "marks_sheet: %s\n", e.what());
     return 1;

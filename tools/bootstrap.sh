@@ -5,6 +5,7 @@ set -euo pipefail
 
 required=(cmake ninja-build g++ clang libclang-rt-14-dev libgtest-dev libgmock-dev
           libbenchmark-dev zlib1g-dev libssl-dev pkg-config)
+required+=(libpng-dev libfreetype-dev libfontconfig-dev libcairo2-dev fonts-dejavu-core)  # canvas: PNG, text, PDF pages, the default font
 # Only the TGrep benchmark compares with PCRE2; the build goes on without it.
 optional=(libpcre2-dev)
 
