@@ -12,6 +12,7 @@
 #include <cstring>
 #include <string>
 
+#include "testing/lsan_fontconfig.h"
 #include "testing/zyn_testing.h"
 #include "zyn/base/canvas_helpers.h"
 #include "zyn/base/marks.h"

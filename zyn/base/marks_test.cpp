@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "testing/lsan_fontconfig.h"
 #include "testing/zyn_picture.h"
 #include "testing/zyn_testing.h"
 #include "zyn/platform/devices.h"

@@ -7,6 +7,7 @@
 #include <map>
 #include <string>
 
+#include "testing/lsan_fontconfig.h"
 #include "testing/zyn_picture.h"
 #include "testing/zyn_testing.h"
 #include "zyn/platform/stream.h"

@@ -6,6 +6,7 @@
 #include <regex>
 #include <string>
 
+#include "testing/lsan_fontconfig.h"
 #include "testing/zyn_testing.h"
 #include "zyn/platform/text.h"
 
