@@ -85,6 +85,8 @@ class DirHandle {
 bool IsSameFile(int handle, std::u16string_view name);
 // The size of an open file, or -1.
 std::int64_t FileSize(int handle);
+// Cuts or extends an open file to `size` bytes. False on failure.
+bool FileTruncate(int handle, std::int64_t size);
 // Gives `to_handle` the permission bits of `from_handle`, with owner write
 // added: a read-only source never gives a read-only copy. False on failure.
 bool FileCopyPermissions(int from_handle, int to_handle);

@@ -201,6 +201,14 @@ std::int64_t FileSize(int handle) {
   return ::fstat(handle, &st) == 0 ? st.st_size : -1;
 }
 
+bool FileTruncate(int handle, std::int64_t size) {
+  int r;
+  do {
+    r = ::ftruncate(handle, static_cast<off_t>(size));
+  } while (r != 0 && errno == EINTR);
+  return r == 0;
+}
+
 bool FileCopyPermissions(int from_handle, int to_handle) {
   struct stat st;
   if (::fstat(from_handle, &st) != 0) return false;
