@@ -71,6 +71,7 @@ TEST(MaskTest, StarAndQuestionMarkAsTheRuntimeMatched) {
       {u"abd", u"a*c", false},      {u"", u"*", true},
       {u"x", u"", false},           {u"data1.csv", u"data?.*", true},
       {u"data1", u"data?.*", true}, {u"*x", u"*x", true},
+      {u"a*b", u"a*", true},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(Utf8(c.name) + " ~ " + Utf8(c.mask));
