@@ -77,7 +77,6 @@ constexpr std::int64_t kAhead = std::int64_t{1} << 20;
 struct CopyState {
   int source, target;
   bool in_kernel = true;
-  bool at_end = false;
   std::int64_t ahead = 0;
 };
 
@@ -85,12 +84,13 @@ struct CopyState {
 // write. Its length; `status` becomes -4 or -3 on a failure.
 std::int64_t NextBlock(CopyState& c, std::int64_t copied, std::span<std::uint8_t> buffer,
                        int& status) {
-  while (c.in_kernel && !c.at_end && c.ahead - copied < kRound) {
+  while (c.in_kernel && c.ahead - copied < kRound) {
     const std::int64_t n = FileCopyRange(c.source, c.target, kAhead);
-    if (n < 0) {
-      c.in_kernel = false;  // the offsets stand at `ahead`: read and write go on from there
-    } else if (n == 0) {
-      c.at_end = true;
+    if (n <= 0) {
+      // The offsets stand at `ahead`: read and write go on from there. A
+      // read confirms the end too, since some files (those of /proc) give
+      // nothing to the kernel's copy and all to a read.
+      c.in_kernel = false;
     } else {
       c.ahead += n;
     }

@@ -154,6 +154,10 @@ TEST(FileCopyFeedBkTest, Statuses) {
   if (fs::exists("/dev/full")) {
     EXPECT_EQ(FileCopyFeedBk(U(t / "s"), u"/dev/full", false, nullptr), kCopyWriteFailed);
   }
+  if (fs::exists("/proc/self/status")) {  // a size of 0, and yet bytes to read
+    EXPECT_EQ(FileCopyFeedBk(u"/proc/self/status", U(t / "st"), false, nullptr), kCopyOk);
+    EXPECT_NE(ReadFileBytes(t / "st").find("Name:"), std::string::npos);
+  }
   if (fs::exists("/proc/self/mem")) {
     EXPECT_EQ(FileCopyFeedBk(u"/proc/self/mem", U(t / "m"), false, nullptr), kCopyReadFailed);
   }
