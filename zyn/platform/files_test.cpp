@@ -123,16 +123,6 @@ TEST(FindTest, FilterKeepsOutHiddenAndDirectoriesNotAskedFor) {
   EXPECT_NE(FindNext(f), 0);
 }
 
-TEST(FindTest, NamesThatAreNotUtf8RoundTrip) {
-  TempDir t;
-  const std::string raw = "bad\xff\xfename";
-  WriteFileBytes(t.path() / raw, "x");
-  TSearchRec f;
-  ASSERT_EQ(FindFirst(U(t.path()) + u"/bad*", faAnyFile, f), 0);
-  EXPECT_EQ(ToUTF8(f.Name), raw);
-  EXPECT_TRUE(FileExists(U(t.path()) + u"/" + f.Name));
-}
-
 TEST(FileHandleTest, ReadWriteSeekDates) {
   TempDir t;
   const std::u16string name = U(t / "f.bin");
