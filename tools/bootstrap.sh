@@ -5,6 +5,8 @@ set -euo pipefail
 
 required=(cmake ninja-build g++ clang libclang-rt-14-dev libgtest-dev libgmock-dev
           libbenchmark-dev zlib1g-dev libssl-dev pkg-config)
+required+=(libgumbo-dev)  # the HTML5 parser of ExtractHTMLBody and ConvertHTMLBodyToText
+required+=(chromium)  # the browser test of the HTML unit
 # Only the TGrep benchmark compares with PCRE2; the build goes on without it.
 optional=(libpcre2-dev)
 
