@@ -12,11 +12,13 @@ cmake --install "$build" --prefix "$prefix" >/dev/null
 cat >"$work/main.cpp" <<'CPP'
 #include <cstdio>
 #include "zyn/base/zynbase.h"
+#include "zyn/html/htmlpage.h"
 #include "zyn/package.h"
 int main() {
   Initialize();
   const bool ok = Zyn_zynbase::ResolveCSVDelimiter(u';') == Zyn_zynbase::csvSemicolon &&
-                  GetPackageInfoTable()->UnitCount == 10;
+                  GetPackageInfoTable()->UnitCount == 10 &&
+                  Zyn_htmlsupport::ConvertHTMLBodyToText(u"<p>a</p>b", u'|') == u"a||b";
   Finalize();
   std::puts(ok ? "consumer ok" : "consumer FAILED");
   return ok ? 0 : 1;
