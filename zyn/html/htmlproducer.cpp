@@ -18,6 +18,8 @@ std::u16string THtmlProducer::Convert() {
   FConvertedHTML.clear();
   const std::u16string_view text = FTemplate;
   const std::size_t n = text.size();
+  // Replacements are usually about as long as their tags.
+  FConvertedHTML.reserve(n);
   // 0-based from here on: `pos` is the next character to look at, so FSPos
   // (1-based, the last character taken) is `pos` whenever it is read.
   std::size_t pos = 0;

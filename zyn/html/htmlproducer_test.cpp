@@ -86,6 +86,32 @@ TEST(THtmlProducerTest, ReplacesTagsOnce) {
   EXPECT_EQ(plain.Convert(), u"a<#b c>d<#e");
 }
 
+TEST(THtmlProducerTest, LargeTemplatesOfTags) {
+  // 1 MiB of unclosed tags is one tag; 1 MiB of closed ones one call each.
+  // Either is a single pass over the template (the test's time limit tells).
+  struct Case {
+    std::u16string_view unit;
+    bool one_tag;
+  };
+  for (const Case& c :
+       {Case{u"<#a ", true}, Case{u"<#<", true}, Case{u"<#>", false}, Case{u"<<#>", false}}) {
+    SCOPED_TRACE(Utf8(c.unit));
+    std::u16string templ;
+    while (templ.size() < (std::size_t{1} << 20)) templ += c.unit;
+    THtmlProducer producer;
+    producer.SetTemplate(templ);
+    std::size_t calls = 0;
+    producer.SetOnHTMLTag(
+        [&](TObject*, const std::u16string&, const std::u16string&, std::u16string& replacement) {
+          ++calls;
+          replacement.clear();
+        });
+    const std::u16string result = producer.Convert();
+    EXPECT_EQ(calls, c.one_tag ? 1 : templ.size() / c.unit.size());
+    EXPECT_EQ(result.size(), c.unit[1] == u'<' ? calls : 0);
+  }
+}
+
 TEST(THtmlProducerTest, HandlerExceptionKeepsTextBeforeTheTag) {
   THtmlProducer producer;
   producer.SetTemplate(u"one <#a> two <#fail> three");
