@@ -151,4 +151,79 @@ double ScanFPNum(std::u16string_view text, bool AllowExp, Zyn_zynbase::TDecPSep 
   return NumberTextToDouble(copy);
 }
 
+namespace {
+
+std::u16string FoldAsciiCopy(std::u16string_view s) {
+  std::u16string folded(s);
+  for (char16_t& c : folded)
+    if (c >= u'A' && c <= u'Z') c = static_cast<char16_t>(c + 32);
+  return folded;
+}
+
+std::u16string_view StripBlankEnds(std::u16string_view s) {
+  const std::size_t first = s.find_first_not_of(u' ');
+  if (first == std::u16string_view::npos) return {};
+  return s.substr(first, s.find_last_not_of(u' ') - first + 1);
+}
+
+}  // namespace
+
+std::u16string ScanForXMLAttrib(std::u16string_view attribs, std::u16string_view name) {
+  enum State : std::uint8_t { kAttrName, kAttrValueStart, kAttrQuoted, kAttrPlain };
+  const std::u16string wanted = FoldAsciiCopy(name);
+  std::size_t pos = 0;
+  while (true) {
+    int status = pos >= attribs.size() ? 4 : 0;
+    State state = kAttrName;
+    std::u16string attr_name;
+    std::u16string value;
+    bool done = false;
+    while (status == 0 && !done && pos < attribs.size()) {
+      const char16_t c = attribs[pos++];
+      const bool blank = c == u' ';
+      const bool quote = c == u'"';
+      const bool equals = c == u'=';
+      switch (state) {
+        case kAttrName:
+          if (quote) {
+            status = 1;
+          } else if (equals) {
+            state = kAttrValueStart;
+          } else {
+            attr_name.push_back(c);
+          }
+          break;
+        case kAttrValueStart:
+          if (quote) {
+            state = kAttrQuoted;
+          } else if (equals) {
+            status = 2;
+          } else if (!blank) {
+            value.push_back(c);
+            state = kAttrPlain;
+          }
+          break;
+        case kAttrQuoted:
+          if (quote) {
+            done = true;
+          } else {
+            value.push_back(c);
+          }
+          break;
+        case kAttrPlain:
+          if (blank || quote) {
+            done = true;
+          } else if (equals) {
+            status = 3;
+          } else {
+            value.push_back(c);
+          }
+          break;
+      }
+    }
+    if (status != 0) return {};
+    if (FoldAsciiCopy(StripBlankEnds(attr_name)) == wanted) return value;
+  }
+}
+
 }  // namespace zyn::internal

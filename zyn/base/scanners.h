@@ -13,6 +13,7 @@
 #define ZYN_BASE_SCANNERS_H_
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "zyn/base/zynbase.h"
@@ -37,6 +38,13 @@ namespace zyn::internal {
 // +-uc_MaxDouble. An "E" with no digits behind it is left out of the value.
 [[gnu::visibility("hidden")]] double ScanFPNum(std::u16string_view text, bool AllowExp,
                                                Zyn_zynbase::TDecPSep DecPSep, int& position);
+
+// The value of the attribute `name` (ASCII case-insensitive) in an attribute
+// text such as `size=12 color="dark red"`, without quotes and with its case
+// kept; "" if the name isn't there or a syntax error comes first. The tag
+// scanner of the streams unit and the label reader share it.
+[[gnu::visibility("hidden")]] std::u16string ScanForXMLAttrib(std::u16string_view attribs,
+                                                              std::u16string_view name);
 
 }  // namespace zyn::internal
 

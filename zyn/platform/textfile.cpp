@@ -1,8 +1,15 @@
 #include "zyn/platform/textfile.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <cstring>
 #include <limits>
 #include <vector>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include "zyn/platform/file_handle.h"
 #include "zyn/platform/text.h"
@@ -84,6 +91,28 @@ std::size_t IncompleteTail(std::string_view bytes) {
   return 0;
 }
 
+// Bit i of `lf` / `cr` is set where byte i of the 64 at `p` is LF / CR.
+void LineEndMasks(const char* p, std::uint64_t& lf, std::uint64_t& cr) {
+#if defined(__SSE2__)
+  const __m128i lf_byte = _mm_set1_epi8('\n');
+  const __m128i cr_byte = _mm_set1_epi8('\r');
+  lf = cr = 0;
+  for (int k = 0; k < 4; ++k) {
+    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * k));
+    lf |= std::uint64_t{static_cast<std::uint16_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, lf_byte)))}
+          << (16 * k);
+    cr |= std::uint64_t{static_cast<std::uint16_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, cr_byte)))}
+          << (16 * k);
+  }
+#else
+  lf = cr = 0;
+  for (int i = 0; i < 64; ++i) {
+    lf |= std::uint64_t{p[i] == '\n'} << i;
+    cr |= std::uint64_t{p[i] == '\r'} << i;
+  }
+#endif
+}
+
 }  // namespace
 
 EInOutError::EInOutError(int ErrorCode, std::u16string Message)
@@ -103,7 +132,9 @@ struct Textfile::State {
   // wait for the rest of their sequence, and whether the file is exhausted.
   std::u16string chars;
   std::size_t next = 0;
+  // pending_bytes before pending_off were consumed undecoded by SkipLines.
   std::string pending_bytes;
+  std::size_t pending_off = 0;
   bool source_done = false;
   // Output: characters not yet handed to the system.
   std::u16string out;
@@ -112,6 +143,7 @@ struct Textfile::State {
     chars.clear();
     next = 0;
     pending_bytes.clear();
+    pending_off = 0;
     source_done = false;
     out.clear();
   }
@@ -154,6 +186,8 @@ struct Textfile::State {
       if (source_done) return false;
       chars.clear();
       next = 0;
+      pending_bytes.erase(0, pending_off);
+      pending_off = 0;
       std::string bytes = std::move(pending_bytes);
       pending_bytes.clear();
       const std::size_t kept = bytes.size();
@@ -169,6 +203,114 @@ struct Textfile::State {
       Decode(std::string_view(bytes).substr(0, bytes.size() - hold));
     }
     return true;
+  }
+
+  // Appends the next chunk of the file to the undecoded bytes; false at the
+  // end of the file.
+  bool ReadRaw() {
+    if (source_done) return false;
+    pending_bytes.erase(0, pending_off);
+    pending_off = 0;
+    const std::size_t kept = pending_bytes.size();
+    pending_bytes.resize(kept + kReadChunk);
+    int error = 0;
+    const std::int64_t n = file.Read(pending_bytes.data() + kept, kReadChunk, error);
+    if (n < 0) Fail(kIoReadError);
+    pending_bytes.resize(kept + static_cast<std::size_t>(n));
+    if (n == 0) source_done = true;
+    return n > 0;
+  }
+
+  // Consumes an LF if it is the next character.
+  void SkipLineFeed() {
+    if (next < chars.size()) {
+      if (chars[next] == u'\n') ++next;
+      return;
+    }
+    if (pending_off >= pending_bytes.size() && !ReadRaw()) return;
+    if (pending_bytes[pending_off] == '\n') ++pending_off;
+  }
+
+  // Skips lines as ReadLn reads them. Decoded characters go first; behind
+  // them the bytes are scanned undecoded, which gives the same lines: in
+  // every encoding offered, CR and LF are single bytes that are never part
+  // of another character.
+  std::int64_t SkipLines(std::int64_t count) {
+    std::int64_t skipped = 0;
+    bool in_line = false;     // characters of an unfinished line were skipped
+    bool cr_pending = false;  // the last byte skipped was a CR; an LF may follow
+    while (skipped < count) {
+      if (next < chars.size()) {
+        const std::size_t end = chars.find_first_of(u"\r\n", next);
+        if (end == std::u16string::npos) {
+          next = chars.size();
+          in_line = true;
+          continue;
+        }
+        next = end + 1;
+        if (chars[end] == u'\r') SkipLineFeed();
+        ++skipped;
+        in_line = false;
+        continue;
+      }
+      if (cr_pending) {
+        SkipLineFeed();
+        cr_pending = false;
+      }
+      if (pending_off >= pending_bytes.size()) {
+        if (ReadRaw()) continue;
+        if (in_line) ++skipped;
+        break;
+      }
+      if (SkipLineBlocks(count, skipped, in_line, cr_pending)) continue;
+      // One line the plain way: near the end of the buffer, or in the block
+      // that holds the last line wanted.
+      const char* p = pending_bytes.data() + pending_off;
+      const std::size_t n = pending_bytes.size() - pending_off;
+      const auto* lf = static_cast<const char*>(std::memchr(p, '\n', n));
+      const std::size_t before_lf = lf ? static_cast<std::size_t>(lf - p) : n;
+      const auto* cr = static_cast<const char*>(std::memchr(p, '\r', before_lf));
+      if (cr != nullptr) {
+        pending_off += static_cast<std::size_t>(cr - p) + 1;
+        SkipLineFeed();
+      } else if (lf != nullptr) {
+        pending_off += before_lf + 1;
+      } else {
+        pending_off = pending_bytes.size();
+        in_line = true;
+        continue;
+      }
+      ++skipped;
+      in_line = false;
+    }
+    return skipped;
+  }
+
+  // Skips whole 64-byte blocks of undecoded bytes while the lines that end
+  // in them don't reach `count`. A CR counts as a line end, an LF unless a
+  // CR stands right before it. True if any block was skipped.
+  bool SkipLineBlocks(std::int64_t count, std::int64_t& skipped, bool& in_line, bool& cr_pending) {
+    bool any = false;
+    while (pending_bytes.size() - pending_off >= 64) {
+      std::uint64_t lf, cr;
+      LineEndMasks(pending_bytes.data() + pending_off, lf, cr);
+      const std::uint64_t paired_lf = lf & ((cr << 1) | (cr_pending ? 1u : 0u));
+      const std::uint64_t ends = cr | (lf & ~paired_lf);
+      const int found = std::popcount(ends);
+      if (skipped + found >= count) break;
+      const std::uint64_t content = ~(lf | cr);
+      if (ends != 0) {
+        const int last = 63 - std::countl_zero(ends);
+        in_line = ((content >> last) >> 1) != 0;
+      } else {
+        in_line = in_line || content != 0;
+      }
+      skipped += found;
+      cr_pending = (cr >> 63) != 0;
+      pending_off += 64;
+      any = true;
+    }
+    return any;
   }
 
   // Hands buffered output to the system. A trailing high surrogate waits for
@@ -308,7 +450,19 @@ char16_t Textfile::ReadChar() {
 
 std::u16string Textfile::ReadLn() {
   std::u16string line;
-  if (Eof()) return line;
+  ReadLn(line);
+  return line;
+}
+
+std::int64_t Textfile::SkipLines(std::int64_t count) {
+  if (state_->mode == Mode::kClosed) Fail(kIoFileNotOpen);
+  if (state_->mode != Mode::kInput) Fail(kIoNotOpenForInput);
+  return state_->SkipLines(count);
+}
+
+void Textfile::ReadLn(std::u16string& line) {
+  line.clear();
+  if (Eof()) return;
   State& s = *state_;
   while (s.Fill()) {
     const std::size_t end = s.chars.find_first_of(u"\r\n", s.next);
@@ -322,7 +476,6 @@ std::u16string Textfile::ReadLn() {
     if (s.chars[end] == u'\r' && s.Fill() && s.chars[s.next] == u'\n') ++s.next;
     break;
   }
-  return line;
 }
 
 int Textfile::ReadInteger() {

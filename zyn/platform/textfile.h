@@ -102,6 +102,11 @@ class Textfile {
   // The rest of the current line without its line end, and moves to the next
   // line. At the end of the file the empty string, with no error.
   std::u16string ReadLn();
+  // ReadLn into `S`, reusing its storage.
+  void ReadLn(std::u16string& S);
+  // Skips up to `count` lines as ReadLn would read them, without building
+  // them, and gives how many it skipped: fewer only at the end of the file.
+  std::int64_t SkipLines(std::int64_t count);
 
   // Output files only; a failure of the system raises kIoWriteError (or the
   // status that names it, such as a full disk).

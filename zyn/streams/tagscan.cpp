@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "zyn/base/scanners.h"
 #include "zyn/streams/folded_blocks.h"
 
 namespace Zyn_streams {
@@ -221,61 +222,7 @@ int ReadNextTagInTextFile(Textfile& file, std::span<const std::u16string> tagLis
 }
 
 std::u16string ScanForXMLAttrib(std::u16string_view attribs, std::u16string_view name) {
-  enum State : std::uint8_t { kAttrName, kAttrValueStart, kAttrQuoted, kAttrPlain };
-  const std::u16string wanted = Fold(name);
-  std::size_t pos = 0;
-  while (true) {
-    int status = pos >= attribs.size() ? 4 : 0;
-    State state = kAttrName;
-    std::u16string attr_name;
-    std::u16string value;
-    bool done = false;
-    while (status == 0 && !done && pos < attribs.size()) {
-      const char16_t c = attribs[pos++];
-      const bool blank = c == u' ';
-      const bool quote = c == u'"';
-      const bool equals = c == u'=';
-      switch (state) {
-        case kAttrName:
-          if (quote) {
-            status = 1;
-          } else if (equals) {
-            state = kAttrValueStart;
-          } else {
-            attr_name.push_back(c);
-          }
-          break;
-        case kAttrValueStart:
-          if (quote) {
-            state = kAttrQuoted;
-          } else if (equals) {
-            status = 2;
-          } else if (!blank) {
-            value.push_back(c);
-            state = kAttrPlain;
-          }
-          break;
-        case kAttrQuoted:
-          if (quote) {
-            done = true;
-          } else {
-            value.push_back(c);
-          }
-          break;
-        case kAttrPlain:
-          if (blank || quote) {
-            done = true;
-          } else if (equals) {
-            status = 3;
-          } else {
-            value.push_back(c);
-          }
-          break;
-      }
-    }
-    if (status != 0) return {};
-    if (Fold(StripBlanks(attr_name)) == wanted) return value;
-  }
+  return zyn::internal::ScanForXMLAttrib(attribs, name);
 }
 
 bool ScanStreamForXMLTag(TStream& stream, std::u16string_view tagName, std::u16string& attr,
