@@ -124,7 +124,7 @@ class ParsedDocument {
 
   std::u16string_view text_;
   std::string utf8_;
-  ParserMemory memory_;  // declared before output_'s use, released after it
+  ParserMemory memory_;  // holds every block of output_'s tree
   GumboOutput* output_ = nullptr;
 };
 
