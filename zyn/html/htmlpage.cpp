@@ -200,7 +200,6 @@ bool IsHidden(const GumboElement& e) {
     case GUMBO_TAG_DATALIST:
     case GUMBO_TAG_IFRAME:
     case GUMBO_TAG_TEXTAREA:
-    case GUMBO_TAG_SELECT:
     case GUMBO_TAG_INPUT:
     case GUMBO_TAG_CANVAS:
     case GUMBO_TAG_VIDEO:
@@ -254,6 +253,8 @@ int RequiredBreaks(const GumboElement& e) {
     case GUMBO_TAG_MENU:
     case GUMBO_TAG_NAV:
     case GUMBO_TAG_OL:
+    case GUMBO_TAG_OPTGROUP:
+    case GUMBO_TAG_OPTION:
     case GUMBO_TAG_PLAINTEXT:
     case GUMBO_TAG_PRE:
     case GUMBO_TAG_SECTION:

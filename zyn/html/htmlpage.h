@@ -41,7 +41,8 @@ std::u16string ExtractHTMLBody(std::u16string_view HTML);
 
 // The text a browser shows of the body of `HTML` (a whole page, or a body as
 // ExtractHTMLBody gives it), as the DOM's innerText gives it: scripts,
-// styles, comments, hidden elements and form controls give nothing; runs of
+// styles, comments, hidden elements, <input> and <textarea> give nothing (a
+// <select> lists its options, one a line); runs of
 // white space become one blank and vanish at the ends of lines; <br> gives
 // one `LineBreak`, a block element (<div>, <h1>, <li>, ...) starts and ends
 // a line, a <p> leaves an empty line around it; table cells are separated by

@@ -132,7 +132,17 @@ TEST(BrowserTest, ChromiumShowsTheSameBodyText) {
       u"<div>div <span> sp </span> end</div><ul><li>one</li><li> two </li></ul>\r\n"
       u"<table><tr><td>a</td><td> b </td></tr><tr><td>c</td><td>d</td></tr></table>\r\n"
       u"<pre>\r\n pre  x\r\n  y</pre>tail<br>after<!-- hidden --><style>p{}</style>\r\n"
-      u"<p hidden>not shown</p><blockquote>quote \U0001F600</blockquote>";
+      u"<p hidden>not shown</p><blockquote>quote \U0001F600</blockquote>\r\n"
+      u"<div><h2>Head</h2><p>a<br></p><p>b</p></div><dl><dt>term</dt><dd>def  one</dd></dl>\r\n"
+      u"<ol><li>x<ul><li>nested</li></ul></li><li>y</li></ol>\r\n"
+      u"<p>  lead<b> bold </b> <i>it</i>  trail  </p><span>in</span>line<span> </span>next\r\n"
+      u"<section><article>art</article></section><hr>after hr\r\n"
+      u"<table><caption>cap</caption><thead><tr><th>h1</th><th>h2</th></tr></thead>\r\n"
+      u"<tbody><tr><td><p>pc</p></td><td>x</td></tr></tbody></table>\r\n"
+      u"&ThickSpace;&fjlig; &#x1F600; &copy2019 <center>c</center><address>addr</address>\r\n"
+      u"<textarea>ta</textarea><select><option>o1<option>o2</select><button>btn</button>\r\n"
+      u"<details open><summary>sum</summary>det</details><img alt=\"alt\">x<sup>2</sup>\r\n"
+      u"<div>  </div><div>y</div><br><br>end<br>";
   THtmlProducer producer;
   producer.SetTemplate(u"<#head><#body><#probe><#foot>");
   producer.SetOnHTMLTag([&](TObject*, const std::u16string& name, const std::u16string&,
