@@ -1,6 +1,7 @@
 // THtmlProducer::Convert on templates of 1, 8 and 64 Mi characters with
 // 10 000 tags per Mi, beside a plain std::u16string find-and-replace loop doing the same
 // replacements, in one run. Both look the replacement up by the tag's name.
+// Then the text of a page's body beside the bare gumbo parse of that page.
 
 #include <benchmark/benchmark.h>
 
@@ -8,11 +9,15 @@
 #include <malloc.h>
 #endif
 
+#include <gumbo.h>
+
 #include <random>
 #include <string>
 #include <unordered_map>
 
+#include "zyn/html/htmlpage.h"
 #include "zyn/html/htmlproducer.h"
+#include "zyn/platform/text.h"
 
 namespace {
 
@@ -103,6 +108,36 @@ void BM_FindAndReplaceLoop(benchmark::State& state) {
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * text.size() * 2));
 }
 
+// A page of 1 Mi characters: the text of its body, beside what the parser
+// alone costs on the same page in UTF-8 (parse and release).
+const std::u16string& Page() {
+  static const std::u16string page = [] {
+    std::u16string p = DefaultHTMLHead(u"Page", u"", u"", u"en", true);
+    while (p.size() < kMiB)
+      p += u"<div class=\"c\"><p>Some <b>bold</b> text &amp; more words</p>\r\n"
+           u"<ul><li>one</li><li>two &auml;</li></ul></div>\r\n";
+    return p + DefaultHTMLFoot(true);
+  }();
+  return page;
+}
+
+void BM_ConvertHTMLBodyToText(benchmark::State& state) {
+  for (auto _ : state) benchmark::DoNotOptimize(ConvertHTMLBodyToText(Page(), u'\n').size());
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * Page().size() * 2));
+}
+
+void BM_GumboParseAlone(benchmark::State& state) {
+  const std::string utf8 = zyn::platform::ToUTF8(Page());
+  for (auto _ : state) {
+    GumboOutput* output = gumbo_parse_with_options(&kGumboDefaultOptions, utf8.data(), utf8.size());
+    benchmark::DoNotOptimize(output->root);
+    gumbo_destroy_output(&kGumboDefaultOptions, output);
+  }
+  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * Page().size() * 2));
+}
+
+BENCHMARK(BM_ConvertHTMLBodyToText)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_GumboParseAlone)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_THtmlProducerConvert)->Arg(1)->Arg(8)->Arg(64)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_FindAndReplaceLoop)->Arg(1)->Arg(8)->Arg(64)->Unit(benchmark::kMillisecond);
 

@@ -2,12 +2,12 @@
 
 #include <gumbo.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <new>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 #include "zyn/html/entities.h"
@@ -19,34 +19,51 @@ namespace {
 
 // Every block the parser takes, so that a tree is released without the
 // parser's own recursive walk (a deeply nested page would exhaust the stack)
-// and even when a parse is left by an exception.
+// and even when a parse is left by an exception. Blocks are chained through
+// a header in front of each, so taking and giving back one costs O(1).
 class ParserMemory {
  public:
   ParserMemory() = default;
   ParserMemory(const ParserMemory&) = delete;
   ParserMemory& operator=(const ParserMemory&) = delete;
   ~ParserMemory() {
-    for (void* p : blocks_) std::free(p);
+    while (head_.next != &head_) {
+      Header* block = head_.next;
+      Unlink(block);
+      std::free(block);
+    }
   }
 
   static void* Allocate(void* self, std::size_t size) {
-    auto& blocks = static_cast<ParserMemory*>(self)->blocks_;
-    void* p = std::malloc(size == 0 ? 1 : size);
-    if (p == nullptr) throw std::bad_alloc();
-    try {
-      blocks.insert(p);
-    } catch (...) {
-      std::free(p);
-      throw;
-    }
-    return p;
+    auto& head = static_cast<ParserMemory*>(self)->head_;
+    if (size > SIZE_MAX - sizeof(Header)) throw std::bad_alloc();
+    auto* block = static_cast<Header*>(std::malloc(sizeof(Header) + size));
+    if (block == nullptr) throw std::bad_alloc();
+    block->prev = &head;
+    block->next = head.next;
+    head.next->prev = block;
+    head.next = block;
+    return block + 1;
   }
-  static void Release(void* self, void* p) {
-    if (p != nullptr && static_cast<ParserMemory*>(self)->blocks_.erase(p) != 0) std::free(p);
+  static void Release(void*, void* p) {
+    if (p == nullptr) return;
+    Header* block = static_cast<Header*>(p) - 1;
+    Unlink(block);
+    std::free(block);
   }
 
  private:
-  std::unordered_set<void*> blocks_;
+  // Keeps the parser's blocks as aligned as malloc's own.
+  struct alignas(std::max_align_t) Header {
+    Header* prev;
+    Header* next;
+  };
+  static void Unlink(Header* block) {
+    block->prev->next = block->next;
+    block->next->prev = block->prev;
+  }
+
+  Header head_{&head_, &head_};
 };
 
 // UTF-8 for the parser. A lone surrogate, which UTF-8 can't carry, becomes
