@@ -182,13 +182,4 @@ TEST(THtmlProducerTest, FilesAndStreams) {
                zyn::platform::EInOutError);
 }
 
-TEST(THtmlProducerTest, OwnerDeletesIt) {
-  zyn::platform::TComponent owner;
-  auto* producer = new THtmlProducer(&owner);
-  EXPECT_EQ(owner.ComponentCount(), 1);
-  producer->SetTemplate(u"x");
-  producer->Convert();
-  producer->ConvertedHTMLAsStream();  // released with the producer
-}
-
 }  // namespace
