@@ -63,7 +63,8 @@ class TAssocArray : public zyn::platform::TComponent {
   void SetKeys(int ix, std::u16string_view v);
   void SetValues(int ix, const Variant& v);
 
-  // Room added at each growth and kept by Clear; takes effect then.
+  // Room added at each growth and kept by Clear; takes effect then. Below 1
+  // it counts as 1.
   int Granularity() const noexcept { return FGranularity; }
   void SetGranularity(int Value) noexcept { FGranularity = Value; }
   // Whether keys compare with A to Z and a to z as equal; applies to every
