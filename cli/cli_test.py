@@ -41,7 +41,7 @@ class Usage(Base):
     def test_help_lists_every_subcommand(self):
         out = self.ok("--help").decode()
         for name in ("crc32", "crc16", "sha1", "a85", "rle", "grep", "lines", "tail", "detect",
-                     "asc-header"):
+                     "asc-header", "copy", "copytree", "deltree", "trash", "html", "marks"):
             self.assertIn(name, out)
         self.assertIn("--positions", self.ok("grep", "--help").decode())
 
@@ -107,6 +107,67 @@ class Text(Base):
         r = run("asc-header", self.file("bad.asc", b"T\n1\n2\nTRUE TRUE TRUE TRUE\n"))
         self.assertEqual(r.returncode, 1)
         self.assertIn("bare LF", r.stderr.decode())
+
+
+class Files(Base):
+    def tree(self):
+        src = os.path.join(self.dir.name, "src")
+        os.makedirs(os.path.join(src, "sub", "empty"))
+        self.file("src/big.bin", os.urandom(300000))
+        self.file("src/sub/a.txt", b"a")
+        return src
+
+    def test_copies_and_progress_only_on_a_terminal(self):
+        src = self.tree()
+        dst = os.path.join(self.dir.name, "dst")
+        r = run("copytree", src, dst)
+        self.assertEqual(r.returncode, 0, r.stderr)
+        self.assertEqual(subprocess.run(["diff", "-r", src, dst]).returncode, 0)
+        # Not a terminal: one closing line, no bar.
+        self.assertEqual(len(r.stderr.splitlines()), 1)
+        self.assertIn(b"2/2 files", r.stderr)
+        self.assertNotIn(b"[", r.stderr)
+        copy = os.path.join(self.dir.name, "copy.bin")
+        self.ok("copy", os.path.join(src, "big.bin"), copy)
+        with open(copy, "rb") as a, open(os.path.join(src, "big.bin"), "rb") as b:
+            self.assertEqual(a.read(), b.read())
+        # On a terminal (script gives one): the bar, redrawn in place.
+        tty = subprocess.run(["script", "-q", "-e", "-c",
+                              "%s copytree %s %s" % (ZYN, src, dst + "2"), "/dev/null"],
+                             capture_output=True, timeout=60)
+        self.assertEqual(tty.returncode, 0)
+        self.assertIn(b"\r[########################] 100%", tty.stdout)
+        r = run("copy", os.path.join(src, "nothing"), copy)
+        self.assertEqual((r.returncode, r.stderr.count(b"\n")), (1, 1))
+
+    def test_deltree_asks_and_trash_moves(self):
+        src = self.tree()
+        self.assertEqual(run("deltree", src, stdin=b"n\n").returncode, 1)
+        self.assertTrue(os.path.isdir(src))
+        self.ok("deltree", src, stdin=b"y\n")
+        self.assertFalse(os.path.exists(src))
+        home = os.path.join(self.dir.name, "home")
+        env = dict(os.environ, HOME=home, XDG_DATA_HOME=os.path.join(home, "share"))
+        victim = self.file("old.log", b"x")
+        r = run("trash", victim, env=env)
+        self.assertEqual(r.returncode, 0, r.stderr)
+        self.assertTrue(os.path.exists(os.path.join(home, "share", "Trash", "files", "old.log")))
+        self.assertEqual(run("trash", victim, env=env).returncode, 1)
+
+
+class Html(Base):
+    def test_render_and_marks(self):
+        page = self.file("t.html", "<p>Hi <#Name>, <#other x=1>: ä</p>".encode())
+        self.assertEqual(self.ok("html", "render", page, "--set", "name=Ann"),
+                         "<p>Hi Ann, <#other x=1>: ä</p>\r\n".encode())
+        r = run("html", "render", page, "--strict", "--set", "name=Ann")
+        self.assertEqual(r.returncode, 1)
+        self.assertIn(b"<#other>", r.stderr)
+        self.assertEqual(run("html", "render", page, "--set", "novalue").returncode, 2)
+        png = os.path.join(self.dir.name, "m.png")
+        self.ok("marks", "--png", png)
+        with open(png, "rb") as f:
+            self.assertEqual(f.read(8), b"\x89PNG\r\n\x1a\n")
 
 
 if __name__ == "__main__":

@@ -1,13 +1,13 @@
-// marks_sheet: draws all 256 marks and the five frame styles into one PNG,
-// at twice their size, the picture kept in docs/marks.png.
-// Usage: marks_sheet [out.png]
+// Marks: the sheet of all 256 marks and the five frame styles as a PNG, at
+// twice their size (the picture in docs/marks.png).
 
-#include <cstdio>
-#include <exception>
+#include "zyn/base/marks.h"
+
+#include <memory>
 #include <string>
 
+#include "cli/common.h"
 #include "zyn/base/canvas_helpers.h"
-#include "zyn/base/marks.h"
 #include "zyn/platform/canvas.h"
 #include "zyn/platform/text.h"
 
@@ -53,36 +53,39 @@ void DrawFrames(TCanvas& cv, int top) {
   }
 }
 
+void WriteSheet(const std::string& out) {
+  const int width = kColumns * kCell;
+  const int marks_bottom = kTop + 16 * kCell;
+  zyn::platform::TBitmap sheet(width + 1, marks_bottom + 80);
+  TCanvas& cv = sheet.Canvas();
+  cv.Brush().SetColor(0xF4F4F4);
+  cv.FillRect(0, 0, sheet.Width(), sheet.Height());
+  cv.Font().SetSize(11);
+  cv.Font().SetStyle({zyn::platform::fsBold});
+  cv.Brush().SetStyle(zyn::platform::bsClear);
+  cv.TextOut(6, 6, u"Marks 0 to 255 and the frame styles");
+  cv.Font().SetStyle({});
+  DrawMarks(cv);
+  DrawFrames(cv, marks_bottom + 10);
+  // Shown at twice the size, so that every pixel of the marks can be seen.
+  zyn::platform::TBitmap big(sheet.Width() * 2, sheet.Height() * 2);
+  for (int y = 0; y < big.Height(); ++y) {
+    const auto from = sheet.ScanLine(y / 2);
+    const auto to = big.ScanLine(y);
+    for (int x = 0; x < big.Width(); ++x) to[x] = from[x / 2];
+  }
+  big.SaveToFile(FromUTF8(out));
+}
+
 }  // namespace
 
-int main(int argc, char** argv) {
-  const std::string out = argc > 1 ? argv[1] : "marks.png";
-  try {
-    const int width = kColumns * kCell;
-    const int marks_bottom = kTop + 16 * kCell;
-    zyn::platform::TBitmap sheet(width + 1, marks_bottom + 80);
-    TCanvas& cv = sheet.Canvas();
-    cv.Brush().SetColor(0xF4F4F4);
-    cv.FillRect(0, 0, sheet.Width(), sheet.Height());
-    cv.Font().SetSize(11);
-    cv.Font().SetStyle({zyn::platform::fsBold});
-    cv.Brush().SetStyle(zyn::platform::bsClear);
-    cv.TextOut(6, 6, u"Marks 0 to 255 and the frame styles");
-    cv.Font().SetStyle({});
-    DrawMarks(cv);
-    DrawFrames(cv, marks_bottom + 10);
-    // Shown at twice the size, so that every pixel of the marks can be seen.
-    zyn::platform::TBitmap big(sheet.Width() * 2, sheet.Height() * 2);
-    for (int y = 0; y < big.Height(); ++y) {
-      const auto from = sheet.ScanLine(y / 2);
-      const auto to = big.ScanLine(y);
-      for (int x = 0; x < big.Width(); ++x) to[x] = from[x / 2];
-    }
-    big.SaveToFile(FromUTF8(out));
-  } catch (const std::exception& e) {
-    std::fprintf(stderr, "marks_sheet: %s\n", e.what());
-    return 1;
-  }
-  std::printf("wrote %s\n", out.c_str());
-  return 0;
+namespace zyn_cli {
+
+void AddMarkCommands(CLI::App& app) {
+  auto png = std::make_shared<std::string>();
+  CLI::App* marks = app.add_subcommand("marks", "Draw the sheet of all 256 marks and the frames");
+  marks->add_option("--png", *png, "The PNG file to write")->required();
+  marks->callback([png] { WriteSheet(*png); });
 }
+
+}  // namespace zyn_cli
