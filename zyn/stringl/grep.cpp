@@ -428,6 +428,16 @@ int FirstUnitRanges(const TGrepToken& token, bool fold, UnitRanges& bounds) {
 // kMaxTextLength characters only, and a start position is held below it.
 constexpr int kMaxTextLength = INT_MAX - 4096;
 
+// A position below 1 holds no character, so every token's test there has the
+// same outcome wherever it lies, and a token moves a position by at most one
+// unless it is a multiplied `.`. From positions at or below kSameBelow an
+// attempt thus passes the same tokens and ends the same way (its positions
+// merely shifted); a search that failed there goes on at kSameBelow.
+constexpr int kSameBelow = -kMaxGrepTokens;
+
+// Below every position a search can start at.
+constexpr int kNoCandidate = INT_MIN;
+
 // One search of a text with a compiled table: the recursive backtracking
 // matcher. Holds only references and positions; allocates nothing.
 class Matcher {
@@ -457,16 +467,17 @@ class Matcher {
     return HandOver(token, p, t + 1);
   }
 
-  // The first position from `p` on at which token 1 can pass its test, or 0
-  // if there is none up to the end of the text. Attempts skipped this way
+  // The first position from `p` on at which token 1 can pass its test, or
+  // kNoCandidate if there is none up to the end of the text. Attempts skipped this way
   // would fail at once and write nothing, so every result stays the same.
   int NextCandidate(int p) const {
     const TGrepToken& first = table_[0];
     const bool literal = first.Action == taNormal && first.NumChars > 0;
     if (!literal && first.Action != taSet) return p;
+    p = std::max(p, 1);       // token 1 passes nowhere before the text
     if (first_ranges_ < 0) {  // a set of many ranges
       while (p <= len_ && !IsMember(first, p)) ++p;
-      return p <= len_ ? p : 0;
+      return p <= len_ ? p : kNoCandidate;
     }
     // A literal is looked for by its first character, then compared whole.
     const int last_start = literal ? len_ - first.NumChars + 1 : len_;
@@ -474,11 +485,11 @@ class Matcher {
     for (; p <= last_start; ++p) {
       const char16_t* const end = units + last_start;
       const char16_t* const hit = FindInRanges(units + (p - 1), end, first_units_, first_ranges_);
-      if (hit == end) return 0;
+      if (hit == end) return kNoCandidate;
       p = static_cast<int>(hit - units) + 1;
       if (!literal || CharsAt(first, p, first.NumChars)) return p;
     }
-    return 0;
+    return kNoCandidate;
   }
 
  private:
@@ -560,6 +571,7 @@ class Matcher {
         if (n == 0) {
           for (int q = at_least_one ? p + 1 : p; q <= len_ + 1; ++q) {
             if (Match(q, next)) return true;
+            q = std::max(q, kSameBelow - 1);
           }
           return false;
         }
@@ -739,13 +751,13 @@ bool TGrep::MatchString(std::u16string_view text, int& startPos) {
   Matcher matcher(FregExp, FLengRegExp, text, FIgnoreCase, first_units_, first_unit_ranges_,
                   FMatchEndPos);
   const bool anchored = first.Action == taBol;
-  int p = std::clamp(FSrcStartPos, 1, kMaxTextLength);
+  int p = std::clamp(FSrcStartPos, -kMaxTextLength, kMaxTextLength);
   bool found = false;
   for (;;) {
-    if (!anchored && (p = matcher.NextCandidate(p)) == 0) break;
+    if (!anchored && (p = matcher.NextCandidate(p)) == kNoCandidate) break;
     found = matcher.Match(p, 1);
     if (found || anchored || p >= len) break;
-    ++p;
+    p = std::max(p + 1, kSameBelow);
   }
   FMatchStartPos = startPos = first.ValidFrom;
   return found;

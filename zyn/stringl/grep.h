@@ -81,7 +81,8 @@ class TGrep : public zyn::platform::TComponent {
   // error stands in LastError().
   void SetIgnoreCase(bool Value);
 
-  // The text position at which MatchString begins its search.
+  // The text position at which MatchString begins its search; a position
+  // below 1 holds no character, like one behind the end.
   int SearchStartPos() const noexcept { return FSrcStartPos; }
   void SetSearchStartPos(int Value) noexcept { FSrcStartPos = Value; }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cstdio>
 #include <random>
 #include <string>
@@ -171,7 +172,13 @@ TEST(GrepMatchTest, Table) {
   const MatchCase cases[] = {
       {u"abc", u"xabcx", true, 2, 4, {2}}, {u"abc", u"xabx", false, 0, 0, {0}},
       {u"b", u"abab", true, 4, 4, {4}, 3}, {u"a", u"abab", false, 0, 0, {0}, 5},
-      {u"a", u"xa", true, 2, 2, {2}, 0},  // a start below 1 counts as 1
+      // A position below 1 holds no character; the search starts there all the same.
+      {u"a", u"xa", true, 2, 2, {2}, 0}, {u"", u"", true, 0, -1, {}, 0},
+      {u"", u"ab", true, -3, -4, {}, -3}, {u"^", u"x", false, 0, 0, {0}, 0},
+      {u"^a", u"a", false, 0, 0, {0, 0}, -1}, {u".b", u"b", true, 0, 1, {0, 1}, 0},
+      {u"a?b", u"b", true, 1, 1, {1, 1}, -3}, {u"a?", u"b", true, -3, -4, {-3}, -3},
+      {u".*b", u"ab", true, -1000, 2, {-1000, 2}, -1000}, {u"[b]", u"ab", true, 2, 2, {2}, -9},
+      {u"..z", u"ab", false, 2, 0, {2, 3, 0}, INT_MIN}, {u".*z", u"ab", false, 2, 0, {2, 0}, INT_MIN},
       {u"[^a]", u"a\u20AC", false, 0, 0, {0}}, {u".", u"\u20AC", true, 1, 1, {1}},
       {u"a+", u"bbaa", true, 3, 4, {3}}, {u"a?", u"b", true, 1, 0, {1}},
       {u"(ab)+", u"xabab", true, 2, 5, {2}},
@@ -273,13 +280,13 @@ void ExpectSameAsUnskipped(std::u16string_view pattern, std::u16string_view text
 }
 
 TEST(GrepMatchTest, SkippedAttemptsChangeNothing) {
-  const std::u16string_view patterns[] = {u"ab",  u"a[0-9]*b", u"[xy]z", u"a.*b",
-                                          u"b+c", u"[ab]?c",   u"AB",    u"[A-B]c"};
+  const std::u16string_view patterns[] = {u"ab",  u"a[0-9]*b", u"[xy]z", u"a.*b",   u"b+c",
+                                          u".+c", u"[ab]?c",   u"AB",    u"[A-B]c", u".?x"};
   std::mt19937 rng(7);
   for (int round = 0; round < 300; ++round) {
     std::u16string text;
     for (int n = rng() % 13; n > 0; --n) text += u"abcxyB"[rng() % 6];
-    const int search_start = static_cast<int>(rng() % (text.size() + 2));
+    const int search_start = static_cast<int>(rng() % (text.size() + 5)) - 3;
     for (std::u16string_view pattern : patterns) {
       ExpectSameAsUnskipped(pattern, text, search_start, round % 2 == 1);
     }
