@@ -23,7 +23,8 @@ namespace zyn::platform {
 enum TSeekOrigin : std::uint8_t { soBeginning, soCurrent, soEnd };
 
 // A stream operation that can't be done: a short ReadBuffer or WriteBuffer,
-// a seek before the start, a size a stream can't take.
+// a seek before the start, a write ending beyond INT64_MAX, a size a stream
+// can't take.
 class EStreamError : public Exception {
  public:
   using Exception::Exception;
@@ -55,7 +56,9 @@ class TStream : public TObject {
   // of the stream or for a `Count` of 0 or less.
   virtual int Read(void* Buffer, int Count) = 0;
   // Writes at most `Count` bytes from `Buffer`; the number written, 0 for a
-  // `Count` of 0 or less or when the stream takes nothing.
+  // `Count` of 0 or less or when the stream takes nothing. A write that would
+  // end beyond INT64_MAX raises EStreamError "Invalid stream position" and
+  // writes nothing.
   virtual int Write(const void* Buffer, int Count) = 0;
   // Moves the position and gives the new one. A target before the start
   // raises EStreamError and leaves the position; a target behind the end is

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -57,6 +59,29 @@ TEST(StreamTest, WriteBufferRaisesOnShortWrite) {
   TinyStream s(2);
   EXPECT_THROW(s.WriteBuffer("abc", 3), EWriteError);
   EXPECT_EQ(Bytes(s.Memory()), "ab");
+}
+
+// A write whose end the position can't hold is refused before it moves
+// anything.
+TEST(StreamTest, WriteNearTheLargestPositionRaises) {
+  constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
+  TempDir dir;
+  TMemoryStream memory;
+  TFileStream file(Name(dir / "f"), fmCreate);
+  for (TStream* s : std::initializer_list<TStream*>{&memory, &file}) {
+    SCOPED_TRACE(testing::Utf8(s->ClassName()));
+    for (const std::int64_t position : {kMax, kMax - 1, kMax - 2}) {
+      s->SetPosition(position);
+      EXPECT_THROW(s->Write("abc", 3), EStreamError);
+      EXPECT_THROW(s->WriteBuffer("abc", 3), EStreamError);
+      EXPECT_EQ(s->Position(), position);
+    }
+    s->SetPosition(0);
+    s->WriteBuffer("ok", 2);
+    EXPECT_EQ(s->Position(), 2);
+  }
+  file.FlushBuffer();
+  EXPECT_EQ(ReadFileBytes(dir / "f"), "ok");
 }
 
 TEST(StringStreamTest, OneBytePerCharacterInTheEightBitCodePage) {
