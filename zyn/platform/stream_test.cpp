@@ -84,6 +84,22 @@ TEST(StreamTest, WriteNearTheLargestPositionRaises) {
   EXPECT_EQ(ReadFileBytes(dir / "f"), "ok");
 }
 
+// The system would read a name only up to a NUL and open another file.
+TEST(FileStreamTest, NameWithANulIsRefused) {
+  TempDir dir;
+  const std::u16string name = Name(dir / "a") + std::u16string(1, u'\0') + u"b";
+  EXPECT_THROW(TFileStream(name, fmCreate), EFCreateError);
+  WriteFileBytes(dir / "a", "x");
+  for (const std::uint16_t mode : {fmOpenRead, fmOpenWrite, fmOpenReadWrite}) {
+    EXPECT_THROW(TFileStream(name, mode), EFOpenError) << mode;
+  }
+  TMemoryStream m;
+  EXPECT_THROW(m.LoadFromFile(name), EFOpenError);
+  m.WriteBuffer("new", 3);
+  EXPECT_THROW(m.SaveToFile(name), EFCreateError);
+  EXPECT_EQ(ReadFileBytes(dir / "a"), "x");
+}
+
 TEST(StringStreamTest, OneBytePerCharacterInTheEightBitCodePage) {
   TStringStream s(u"A\u00e4\u20ac\u4e00");
   EXPECT_EQ(s.Position(), 0);
