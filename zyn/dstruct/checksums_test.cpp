@@ -101,6 +101,32 @@ TEST(ChecksumsTest, CrcCheckValuesAndCounts) {
   EXPECT_EQ(~crc, 0xCBF43926u);
 }
 
+// CRC-16/XMODEM bit by bit, straight from the polynomial: no table.
+std::uint16_t BitwiseCrc16(std::span<const std::uint8_t> bytes, std::uint16_t crc) {
+  for (const std::uint8_t b : bytes) {
+    crc = static_cast<std::uint16_t>(crc ^ b << 8);
+    for (int bit = 0; bit < 8; ++bit) {
+      crc = static_cast<std::uint16_t>(crc & 0x8000 ? crc << 1 ^ 0x1021 : crc << 1);
+    }
+  }
+  return crc;
+}
+
+// The CRC-16 takes sixteen bytes a step: every length and offset around that
+// step, in both modes, against the bit-by-bit form.
+TEST(ChecksumsTest, Crc16MatchesTheBitwiseFormAtEveryLengthAndOffset) {
+  const std::vector<std::uint8_t> bytes = RandomBytes(300, 16);
+  for (std::size_t offset = 0; offset < 17; ++offset) {
+    for (std::size_t length = 0; offset + length <= bytes.size(); ++length) {
+      SCOPED_TRACE(::testing::Message() << offset << " + " << length);
+      const auto part = std::span(bytes).subspan(offset, length);
+      const int count = static_cast<int>(length);
+      ASSERT_EQ(CRC16ofBuffer(part, count, crcZModem), BitwiseCrc16(part, 0));
+      ASSERT_EQ(CRC16ofBuffer(part, count, crcCCITT), BitwiseCrc16(part, 0xFFFF));
+    }
+  }
+}
+
 TEST(ChecksumsTest, Crc32AndSha1MatchZlibAndOpenSslAtEveryLengthAndOffset) {
   const auto bytes = RandomBytes(3 << 20, 11);
   OnBothPaths([&] {
