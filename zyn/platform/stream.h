@@ -92,6 +92,14 @@ class TStream : public TObject {
     return Read(&b, 1) == 1;
   }
 
+  // The bytes ReadByte would give next without a call; often none. Taking
+  // `n` of them with SkipBuffered(n) is the same as `n` ReadByte calls, which
+  // lets a reader scan a run of bytes at once.
+  std::span<const std::uint8_t> BufferedBytes() const noexcept {
+    return {window_next_, static_cast<std::size_t>(window_end_ - window_next_)};
+  }
+  void SkipBuffered(std::size_t n) noexcept { window_next_ += n; }
+
   // Copies `Count` bytes from `Source`'s position to this stream's; with a
   // `Count` of 0 or less, everything from `Source`'s start to its end.
   // The number of bytes copied. A short source raises EReadError.
