@@ -517,7 +517,8 @@ class MemorySource {
       return count;
     }
     const int n = static_cast<int>(end_ - next_);
-    std::memcpy(out, next_, static_cast<std::size_t>(n));
+    if (n > 0)
+      std::memcpy(out, next_, static_cast<std::size_t>(n));  // an empty stream has no bytes at all
     next_ += n;
     return n;
   }
