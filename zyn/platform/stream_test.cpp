@@ -89,6 +89,7 @@ TEST(FileStreamTest, NameWithANulIsRefused) {
   TempDir dir;
   const std::u16string name = Name(dir / "a") + std::u16string(1, u'\0') + u"b";
   EXPECT_THROW(TFileStream(name, fmCreate), EFCreateError);
+  EXPECT_FALSE(std::filesystem::exists(dir / "a"));  // cut at the NUL, it would have been made
   WriteFileBytes(dir / "a", "x");
   for (const std::uint16_t mode : {fmOpenRead, fmOpenWrite, fmOpenReadWrite}) {
     EXPECT_THROW(TFileStream(name, mode), EFOpenError) << mode;

@@ -172,6 +172,13 @@ TEST(TextfileTest, FailuresRaiseWithTheirStatus) {
     EXPECT_EQ(IOResult(), 0);  // cleared by the first call
   }
   // A NUL would cut the name short and reach another file: refused.
+  {
+    Textfile f;
+    f.Assign(Name(dir / "a") + std::u16string(1, u'\0') + u"b");
+    EXPECT_THROW(f.Rewrite(), EInOutError);
+    EXPECT_EQ(IOResult(), kIoInvalidFileName);
+    EXPECT_FALSE(std::filesystem::exists(dir / "a"));
+  }
   WriteFileBytes(dir / "a", "x");
   const std::u16string nul_name = Name(dir / "a") + std::u16string(1, u'\0') + u"b";
   for (const char open : {'R', 'W', 'A'}) {
