@@ -30,7 +30,8 @@ class FileHandle {
   ~FileHandle();
 
   // Opens `utf8_name`; 0 on success, else the error number. Closes any file
-  // held before.
+  // held before. A name holding a NUL byte is refused as invalid: the
+  // system would read it only up to the NUL and open another file.
   int Open(const std::string& utf8_name, OpenKind kind);
   // 0 on success, else the error number. Closing a closed handle is a no-op.
   int Close();
@@ -64,6 +65,7 @@ std::string ErrorText(int error);
 
 // Error numbers the callers tell apart.
 bool IsNotFound(int error);
+bool IsInvalidName(int error);
 bool IsPathNotFound(int error);
 bool IsAccessDenied(int error);
 bool IsTooManyOpenFiles(int error);

@@ -52,6 +52,7 @@ FileHandle::~FileHandle() { Close(); }
 
 int FileHandle::Open(const std::string& utf8_name, OpenKind kind) {
   Close();
+  if (utf8_name.find('\0') != std::string::npos) return EINVAL;
   int fd;
   do {
     fd = ::open(utf8_name.c_str(), OpenFlags(kind) | O_CLOEXEC, 0666);
@@ -146,6 +147,7 @@ std::string ErrorText(int error) {
 }
 
 bool IsNotFound(int error) { return error == ENOENT; }
+bool IsInvalidName(int error) { return error == EINVAL || error == ENAMETOOLONG; }
 bool IsPathNotFound(int error) { return error == ENOTDIR; }
 bool IsAccessDenied(int error) {
   return error == EACCES || error == EPERM || error == EROFS || error == EISDIR ||
