@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <exception>
 #include <memory>
 #include <optional>
 #include <random>
@@ -22,10 +23,8 @@ std::string Hex8(std::uint32_t value) {
   return text;
 }
 
-void ShowCpu() {
+std::string DescribeCpu() {
   using namespace Zyn_cpuid;
-  // Without the instruction every query below raises the unit's own error,
-  // whose message ends the command.
   std::string out =
       "vendor:     " + Utf8(CPU_VendorString()) + "\nmarket:     " + Utf8(CPU_MarketName()) +
       "\nsignature:  " + Hex8(CPU_Signature()) + "\nfamily:     " + std::to_string(CPU_Family()) +
@@ -42,7 +41,17 @@ void ShowCpu() {
   const std::uint32_t set = CPU_FeatureSet();
   for (std::size_t bit = 0; bit < CPUFeatureNames.size(); ++bit)
     if (set >> bit & 1) out += "  " + Utf8(CPUFeatureNames[bit]) + "\n";
-  WriteOut(out);
+  return out;
+}
+
+void ShowCpu() {
+  // Without the instruction (on a processor that isn't x86) every query
+  // raises the unit's own error, whose message ends the command.
+  try {
+    WriteOut(DescribeCpu());
+  } catch (const std::exception& e) {
+    throw Failure("cpuid", e.what());
+  }
 }
 
 struct PasswordOptions {
