@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <exception>
 #include <memory>
-#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -223,8 +222,8 @@ void Scale(const ScaleOptions& o) {
   scale.SetSize(o.size);
   scale.FillByInterpolation(o.levels, palette->colours);
   if (o.png.empty()) {
-    // The colour block, as TColorArray::StoreOnFile writes it and
-    // LoadFromFile reads it back.
+    // The colour block of TColorArray::StoreOnFile, with LF line ends, which
+    // LoadFromFile reads back as well.
     std::string out = "1 " + std::to_string(scale.Size()) + "\n";
     for (int i = 1; i <= scale.Size(); ++i)
       out += Utf8(Zyn_zyncolors::ColorToHexStr(scale.ColorElem(i))) + "\n";
