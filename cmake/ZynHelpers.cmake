@@ -27,13 +27,15 @@ if(ZYN_BUILD_FUZZERS)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
-# zyn_add_unit(<name> SOURCES <file>... [CALLS <unit>...])
+# zyn_add_unit(<name> SOURCES <file>... [CALLS <unit>...] [LIBS <target>...])
 #
 # Declares the subsystem target zyn_<name> (an object library). CALLS names
 # the units whose functions this one may use, as the architecture allows;
-# every unit may use the platform layer and the base types.
+# every unit may use the platform layer and the base types. LIBS names
+# outside libraries (global imported targets) the unit is built on; libzyn
+# links them.
 function(zyn_add_unit name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;CALLS")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "SOURCES;CALLS;LIBS")
   set(target zyn_${name})
   add_library(${target} OBJECT ${arg_SOURCES})
   target_include_directories(${target} PUBLIC
@@ -49,6 +51,10 @@ function(zyn_add_unit name)
   foreach(callee IN LISTS arg_CALLS)
     target_link_libraries(${target} PUBLIC zyn_${callee})
   endforeach()
+  if(arg_LIBS)
+    target_link_libraries(${target} PRIVATE ${arg_LIBS})
+    set_property(GLOBAL APPEND PROPERTY ZYN_UNIT_LIBS ${arg_LIBS})
+  endif()
   set_property(GLOBAL APPEND PROPERTY ZYN_UNIT_TARGETS ${target})
 endfunction()
 
@@ -136,6 +142,13 @@ function(zyn_add_library)
   endforeach()
   target_link_libraries(zyn PRIVATE ${arg_LIBS})
   target_link_libraries(zyn_static PUBLIC ${arg_LIBS})
+  # Outside libraries of the units: private to the shared library; the static
+  # one passes them on to whoever links it.
+  get_property(unit_libs GLOBAL PROPERTY ZYN_UNIT_LIBS)
+  if(unit_libs)
+    target_link_libraries(zyn PRIVATE ${unit_libs})
+    target_link_libraries(zyn_static PRIVATE ${unit_libs})
+  endif()
   add_library(Zyn::zyn ALIAS zyn)
   add_library(Zyn::zyn_static ALIAS zyn_static)
 endfunction()

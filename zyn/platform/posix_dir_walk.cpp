@@ -23,12 +23,25 @@ constexpr int kDirFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 }  // namespace
 
+// The readdir(3) state over the handle's descriptor; closing it closes
+// the descriptor too.
 struct DirHandle::Listing {
   DIR* dir = nullptr;
-  ~Listing() {
-    if (dir != nullptr) ::closedir(dir);
-  }
 };
+
+namespace {
+
+void CloseHandle(int& fd, std::unique_ptr<DirHandle::Listing>& listing) {
+  if (listing) {
+    ::closedir(listing->dir);
+  } else if (fd >= 0) {
+    ::close(fd);
+  }
+  listing.reset();
+  fd = -1;
+}
+
+}  // namespace
 
 DirHandle::DirHandle() = default;
 DirHandle::DirHandle(int fd) : fd_(fd) {}
@@ -38,18 +51,14 @@ DirHandle::DirHandle(DirHandle&& other) noexcept
 
 DirHandle& DirHandle::operator=(DirHandle&& other) noexcept {
   if (this != &other) {
-    listing_.reset();
-    if (fd_ >= 0) ::close(fd_);
+    CloseHandle(fd_, listing_);
     fd_ = std::exchange(other.fd_, -1);
     listing_ = std::move(other.listing_);
   }
   return *this;
 }
 
-DirHandle::~DirHandle() {
-  listing_.reset();
-  if (fd_ >= 0) ::close(fd_);
-}
+DirHandle::~DirHandle() { CloseHandle(fd_, listing_); }
 
 int DirHandle::Open(std::u16string_view path, bool follow_last, DirHandle& out) {
   std::string native = ToUTF8(path.empty() ? std::u16string_view(u".") : path);
@@ -78,14 +87,11 @@ int DirHandle::OpenChild(std::u16string_view name, DirHandle& out) const {
 bool DirHandle::Next(DirEntry& entry) {
   if (fd_ < 0) return false;
   if (!listing_) {
-    // The listing reads through its own descriptor, so fd_ stays usable for
-    // the *at calls and keeps no shared offset with it.
-    const int dup_fd = ::openat(fd_, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (dup_fd < 0) return false;
+    // The listing reads through the handle's own descriptor: the *at calls
+    // don't use its offset, and a deep walk needs one descriptor per level.
     listing_ = std::make_unique<Listing>();
-    listing_->dir = ::fdopendir(dup_fd);
+    listing_->dir = ::fdopendir(fd_);
     if (listing_->dir == nullptr) {
-      ::close(dup_fd);
       listing_.reset();
       return false;
     }
@@ -100,7 +106,9 @@ bool DirHandle::Next(DirEntry& entry) {
   }
 }
 
-void DirHandle::Rewind() { listing_.reset(); }
+void DirHandle::Rewind() {
+  if (listing_) ::rewinddir(listing_->dir);
+}
 
 int DirHandle::Stat(std::u16string_view name, DirEntry& entry) const {
   struct stat st;
@@ -176,9 +184,29 @@ int DirHandle::MakeLink(std::u16string_view target, std::u16string_view name) co
   return ::symlinkat(ToUTF8(target).c_str(), fd_, ToUTF8(name).c_str()) == 0 ? 0 : errno;
 }
 
+bool DirHandle::SameAs(const DirHandle& other) const {
+  struct stat a, b;
+  return fd_ >= 0 && other.fd_ >= 0 && ::fstat(fd_, &a) == 0 && ::fstat(other.fd_, &b) == 0 &&
+         a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+bool IsSameFile(int handle, std::u16string_view name) {
+  struct stat a, b;
+  return ::fstat(handle, &a) == 0 && ::stat(ToUTF8(name).c_str(), &b) == 0 &&
+         a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
 std::int64_t FileSize(int handle) {
   struct stat st;
   return ::fstat(handle, &st) == 0 ? st.st_size : -1;
+}
+
+bool FileTruncate(int handle, std::int64_t size) {
+  int r;
+  do {
+    r = ::ftruncate(handle, static_cast<off_t>(size));
+  } while (r != 0 && errno == EINTR);
+  return r == 0;
 }
 
 bool FileCopyPermissions(int from_handle, int to_handle) {
