@@ -43,6 +43,8 @@ void AddTextCommands(CLI::App& app);
 void AddFileCommands(CLI::App& app);
 void AddHtmlCommands(CLI::App& app);
 void AddMarkCommands(CLI::App& app);
+void AddDataCommands(CLI::App& app);
+void AddSystemCommands(CLI::App& app);
 
 }  // namespace zyn_cli
 

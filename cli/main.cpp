@@ -22,6 +22,8 @@ int main(int argc, char** argv) {
   zyn_cli::AddFileCommands(app);
   zyn_cli::AddHtmlCommands(app);
   zyn_cli::AddMarkCommands(app);
+  zyn_cli::AddDataCommands(app);
+  zyn_cli::AddSystemCommands(app);
 
   Initialize();
   int status = 0;
