@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace zyn::platform::file_detail {
 
@@ -21,6 +22,11 @@ enum class OpenKind : std::uint8_t {
   kCreate,          // created or truncated, read and write
   kCreateWriteOnly  // created or truncated, write only
 };
+
+// A file name in the system's encoding (UTF-8, with the lossless rule of
+// FromUTF8). A name holding a NUL gives "", which names no file: the system
+// would read the name only up to the NUL and reach another file.
+std::string SystemName(std::u16string_view name);
 
 class FileHandle {
  public:

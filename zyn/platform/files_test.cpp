@@ -172,3 +172,26 @@ TEST(NamedFileTest, AttributesExistenceAndRemoval) {
 
 }  // namespace
 }  // namespace zyn::platform
+
+namespace zyn::platform {
+namespace {
+
+// A name holding a NUL must reach no file at all: cut at the NUL it would
+// name "a", which exists here and must stay untouched.
+TEST(FileNamesTest, NameWithNulReachesNoFile) {
+  TempDir dir;
+  WriteFileBytes(dir / "a", "keep");
+  const std::u16string bad = FromUTF8((dir / "a").string()) + std::u16string(1, u'\0') + u"x";
+  EXPECT_FALSE(FileExists(bad));
+  EXPECT_EQ(FileOpen(bad, fmOpenRead), -1);
+  EXPECT_EQ(FileGetAttr(bad), -1);
+  EXPECT_FALSE(DeleteFile(bad));
+  EXPECT_FALSE(RenameFile(bad, FromUTF8((dir / "b").string())));
+  const int created = FileCreate(bad);
+  EXPECT_EQ(created, -1);
+  if (created >= 0) FileClose(created);
+  EXPECT_EQ(zyn::testing::ReadFileBytes(dir / "a"), "keep");
+}
+
+}  // namespace
+}  // namespace zyn::platform

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "zyn/platform/dir_walk.h"
+#include "zyn/platform/file_handle.h"
 #include "zyn/platform/posix_attr.h"
 #include "zyn/platform/text.h"
 
@@ -61,7 +62,7 @@ DirHandle& DirHandle::operator=(DirHandle&& other) noexcept {
 DirHandle::~DirHandle() { CloseHandle(fd_, listing_); }
 
 int DirHandle::Open(std::u16string_view path, bool follow_last, DirHandle& out) {
-  std::string native = ToUTF8(path.empty() ? std::u16string_view(u".") : path);
+  std::string native = file_detail::SystemName(path.empty() ? std::u16string_view(u".") : path);
   // A trailing '/' would make the kernel follow a link as the last component.
   while (!follow_last && native.size() > 1 && native.back() == '/') native.pop_back();
   const int flags = follow_last ? (kDirFlags & ~O_NOFOLLOW) : kDirFlags;
@@ -77,7 +78,7 @@ int DirHandle::Open(std::u16string_view path, bool follow_last, DirHandle& out) 
 int DirHandle::OpenChild(std::u16string_view name, DirHandle& out) const {
   int fd;
   do {
-    fd = ::openat(fd_, ToUTF8(name).c_str(), kDirFlags);
+    fd = ::openat(fd_, file_detail::SystemName(name).c_str(), kDirFlags);
   } while (fd < 0 && errno == EINTR);
   if (fd < 0) return errno;
   out = DirHandle(fd);
@@ -112,7 +113,8 @@ void DirHandle::Rewind() {
 
 int DirHandle::Stat(std::u16string_view name, DirEntry& entry) const {
   struct stat st;
-  if (::fstatat(fd_, ToUTF8(name).c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0) return errno;
+  if (::fstatat(fd_, file_detail::SystemName(name).c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0)
+    return errno;
   entry.name.assign(name);
   entry.attr = AttrOf(st, name);
   entry.size = st.st_size;
@@ -120,15 +122,15 @@ int DirHandle::Stat(std::u16string_view name, DirEntry& entry) const {
 }
 
 int DirHandle::RemoveFile(std::u16string_view name) const {
-  return ::unlinkat(fd_, ToUTF8(name).c_str(), 0) == 0 ? 0 : errno;
+  return ::unlinkat(fd_, file_detail::SystemName(name).c_str(), 0) == 0 ? 0 : errno;
 }
 
 int DirHandle::RemoveDir(std::u16string_view name) const {
-  return ::unlinkat(fd_, ToUTF8(name).c_str(), AT_REMOVEDIR) == 0 ? 0 : errno;
+  return ::unlinkat(fd_, file_detail::SystemName(name).c_str(), AT_REMOVEDIR) == 0 ? 0 : errno;
 }
 
 int DirHandle::MakeDir(std::u16string_view name) const {
-  const std::string native = ToUTF8(name);
+  const std::string native = file_detail::SystemName(name);
   if (::mkdirat(fd_, native.c_str(), 0777) == 0) return 0;
   const int error = errno;
   struct stat st;
@@ -142,7 +144,8 @@ int DirHandle::MakeDir(std::u16string_view name) const {
 int DirHandle::OpenFileRead(std::u16string_view name) const {
   int fd;
   do {
-    fd = ::openat(fd_, ToUTF8(name).c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
+    fd = ::openat(fd_, file_detail::SystemName(name).c_str(),
+                  O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
   } while (fd < 0 && errno == EINTR);
   if (fd < 0) return -1;
   struct stat st;
@@ -158,15 +161,15 @@ int DirHandle::OpenFileRead(std::u16string_view name) const {
 int DirHandle::CreateFile(std::u16string_view name) const {
   int fd;
   do {
-    fd = ::openat(fd_, ToUTF8(name).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC,
-                  0666);
+    fd = ::openat(fd_, file_detail::SystemName(name).c_str(),
+                  O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0666);
   } while (fd < 0 && errno == EINTR);
   return fd < 0 ? -1 : fd;
 }
 
 int DirHandle::ReadLink(std::u16string_view name, std::u16string& target) const {
   std::string buffer(256, '\0');
-  const std::string native = ToUTF8(name);
+  const std::string native = file_detail::SystemName(name);
   for (;;) {
     const ssize_t n = ::readlinkat(fd_, native.c_str(), buffer.data(), buffer.size());
     if (n < 0) return errno;
@@ -181,7 +184,10 @@ int DirHandle::ReadLink(std::u16string_view name, std::u16string& target) const 
 }
 
 int DirHandle::MakeLink(std::u16string_view target, std::u16string_view name) const {
-  return ::symlinkat(ToUTF8(target).c_str(), fd_, ToUTF8(name).c_str()) == 0 ? 0 : errno;
+  return ::symlinkat(file_detail::SystemName(target).c_str(), fd_,
+                     file_detail::SystemName(name).c_str()) == 0
+             ? 0
+             : errno;
 }
 
 bool DirHandle::SameAs(const DirHandle& other) const {
@@ -192,7 +198,7 @@ bool DirHandle::SameAs(const DirHandle& other) const {
 
 bool IsSameFile(int handle, std::u16string_view name) {
   struct stat a, b;
-  return ::fstat(handle, &a) == 0 && ::stat(ToUTF8(name).c_str(), &b) == 0 &&
+  return ::fstat(handle, &a) == 0 && ::stat(file_detail::SystemName(name).c_str(), &b) == 0 &&
          a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 

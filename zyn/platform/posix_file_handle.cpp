@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "zyn/platform/file_handle.h"
+#include "zyn/platform/text.h"
 
 namespace zyn::platform::file_detail {
 namespace {
@@ -49,6 +50,11 @@ std::int64_t Loop(std::size_t count, int& error, Transfer transfer) {
 }  // namespace
 
 FileHandle::~FileHandle() { Close(); }
+
+std::string SystemName(std::u16string_view name) {
+  if (name.find(u'\0') != std::u16string_view::npos) return {};
+  return ToUTF8(name);
+}
 
 int FileHandle::Open(const std::string& utf8_name, OpenKind kind) {
   Close();

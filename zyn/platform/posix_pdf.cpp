@@ -8,6 +8,7 @@
 
 #include "zyn/platform/canvas.h"
 #include "zyn/platform/devices.h"
+#include "zyn/platform/file_handle.h"
 #include "zyn/platform/graphics_backend.h"
 #include "zyn/platform/text.h"
 
@@ -19,8 +20,8 @@ cairo_surface_t* Surface(void* p) { return static_cast<cairo_surface_t*>(p); }
 
 PdfWriter::PdfWriter(std::u16string_view file_name, int width, int height, int pixels_per_inch)
     : file_name_(file_name), scale_(72.0 / std::max(pixels_per_inch, 1)) {
-  cairo_surface_t* s =
-      cairo_pdf_surface_create(ToUTF8(file_name).c_str(), width * scale_, height * scale_);
+  cairo_surface_t* s = cairo_pdf_surface_create(file_detail::SystemName(file_name).c_str(),
+                                                width * scale_, height * scale_);
   if (cairo_surface_status(s) != CAIRO_STATUS_SUCCESS) {
     const std::u16string reason = FromUTF8(cairo_status_to_string(cairo_surface_status(s)));
     cairo_surface_destroy(s);

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "zyn/platform/canvas.h"
+#include "zyn/platform/file_handle.h"
 #include "zyn/platform/graphics_backend.h"
 #include "zyn/platform/stream.h"
 #include "zyn/platform/text.h"
@@ -26,7 +27,7 @@ using File = std::unique_ptr<std::FILE, FileCloser>;
 
 bool WritePng(std::u16string_view file_name, int width, int height, std::span<const TColor> pixels,
               std::string& error) {
-  File f(std::fopen(ToUTF8(file_name).c_str(), "wb"));
+  File f(std::fopen(file_detail::SystemName(file_name).c_str(), "wb"));
   if (!f) {
     error = std::strerror(errno);
     return false;
@@ -54,7 +55,7 @@ bool WritePng(std::u16string_view file_name, int width, int height, std::span<co
 
 int ReadPng(std::u16string_view file_name, std::int64_t max_pixels, int& width, int& height,
             std::vector<TColor>& pixels) {
-  File f(std::fopen(ToUTF8(file_name).c_str(), "rb"));
+  File f(std::fopen(file_detail::SystemName(file_name).c_str(), "rb"));
   if (!f) return 1;
   png_image image{};
   image.version = PNG_IMAGE_VERSION;

@@ -11,6 +11,7 @@
 #include <ctime>
 #include <string>
 
+#include "zyn/platform/file_handle.h"
 #include "zyn/platform/files.h"
 #include "zyn/platform/text.h"
 #include "zyn/platform/trash.h"
@@ -165,7 +166,7 @@ std::string TrashEscape(std::string_view path) {
 }
 
 bool MoveToTrash(std::u16string_view FileName) {
-  const std::string file = ToUTF8(ExpandFileName(FileName));
+  const std::string file = file_detail::SystemName(ExpandFileName(FileName));
   struct stat st;
   if (file.size() < 2 || file.back() == '/' || ::lstat(file.c_str(), &st) != 0) return false;
   int raw_trash = -1;
