@@ -67,7 +67,7 @@ void Draw(bool final) {
   }
   char text[160];
   const double left = rate > 0 ? (total - bytes) / rate : 0;
-  std::snprintf(text, sizeof text, "%3.0f%%  %s of %s  %d/%d files  %s/s  %s %.0f s", part * 100,
+  std::snprintf(text, sizeof text, "%3.0f%%  %s of %s  %d/%d files  %s/s  %s %.1f s", part * 100,
                 Size(bytes).c_str(), Size(total).c_str(), progress.current_file,
                 progress.total_files, Size(rate).c_str(), final ? "took" : "left",
                 final ? seconds : left);
