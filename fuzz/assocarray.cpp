@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "fuzz/fuzz_support.h"
 #include "zyn/platform/stream.h"
 #include "zyn/platform/text.h"
 
@@ -19,9 +20,7 @@ namespace {
 using zyn::platform::Variant;
 using Zyn_dstruct::TAssocArray;
 
-void Check(bool condition) {
-  if (!condition) __builtin_trap();
-}
+using zyn::fuzz::Check;
 
 bool SameTable(const TAssocArray& a, const TAssocArray& b) {
   if (a.NumEntries() != b.NumEntries()) return false;

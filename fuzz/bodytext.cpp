@@ -8,6 +8,7 @@
 #include <new>
 #include <string>
 
+#include "fuzz/fuzz_support.h"
 #include "zyn/html/htmlpage.h"
 #include "zyn/platform/text.h"
 
@@ -15,17 +16,9 @@ namespace {
 
 using namespace Zyn_htmlsupport;
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using zyn::fuzz::Check;
 
-std::u16string Text(const std::uint8_t* data, std::size_t size) {
-  if (size == 0 || (data[0] & 1) == 0)
-    return zyn::platform::FromUTF8({reinterpret_cast<const char*>(data), size});
-  std::u16string units((size - 1) / 2, u'\0');
-  std::memcpy(units.data(), data + 1, units.size() * 2);
-  return units;
-}
+using zyn::fuzz::Text;
 
 }  // namespace
 

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <string>
 
+#include "fuzz/fuzz_support.h"
 #include "testing/lsan_fontconfig.h"
 #include "testing/zyn_testing.h"
 #include "zyn/base/canvas_helpers.h"
@@ -48,9 +49,7 @@ class Reader {
   std::size_t pos_ = 0;
 };
 
-void Check(bool ok) {
-  if (!ok) std::abort();
-}
+using zyn::fuzz::Check;
 
 }  // namespace
 

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "fuzz/fuzz_support.h"
 #include "zyn/html/htmlproducer.h"
 #include "zyn/platform/text.h"
 
@@ -17,9 +18,7 @@ namespace {
 
 using namespace Zyn_htmlsupport;
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using zyn::fuzz::Check;
 
 }  // namespace
 

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 
+#include "fuzz/fuzz_support.h"
 #include "zyn/platform/files.h"
 #include "zyn/platform/text.h"
 
@@ -18,9 +19,7 @@ namespace {
 using namespace Zyn_filesys;
 using namespace zyn::platform;
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using zyn::fuzz::Check;
 
 bool Reference(std::u16string_view name, std::u16string_view mask) {
   if (mask.empty()) return name.empty();
