@@ -43,7 +43,7 @@ TEST(NumConvTest, TextToNumberRaisesOnAnythingElse) {
         EXPECT_EQ(convert(text), *value);
       } else {
         EXPECT_EQ(
-            Raised([&] { convert(text); }),
+            Raised([&, t = text] { convert(t); }),
             u"'" + std::u16string(text) + u"' is not a valid " + std::u16string(kind) + u" value");
       }
     }
