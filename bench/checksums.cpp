@@ -1,5 +1,6 @@
-// CRC-32, SHA-1 and ASCII85 on 1 MiB, each beside what a user would pick
-// instead: zlib's crc32() and OpenSSL's SHA-1, on the same bytes in one run.
+// CRC-16, CRC-32, SHA-1 and ASCII85 on 1 MiB, each beside what a user would
+// pick instead: a byte-table loop, zlib's crc32(), OpenSSL's SHA-1 and a plain
+// ASCII85 loop, on the same bytes in one run.
 // The "Portable" rows run with the processor's extensions switched off.
 
 #include "zyn/dstruct/checksums.h"
@@ -8,10 +9,15 @@
 #include <openssl/evp.h>
 #include <zlib.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "zyn/platform/cpu_features.h"
@@ -48,6 +54,41 @@ const std::filesystem::path& MessageFile() {
 void Finish(benchmark::State& state) {
   state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * kSize);
 }
+
+// --- CRC-16 -----------------------------------------------------------------
+// No common library has CRC-16/XMODEM; the peer is the byte-table loop a user
+// would write from the catalogue entry.
+
+constexpr std::array<std::uint16_t, 256> kPeerCrc16Table = [] {
+  std::array<std::uint16_t, 256> table{};
+  for (unsigned i = 0; i < 256; ++i) {
+    unsigned value = i << 8;
+    for (int bit = 0; bit < 8; ++bit) value = value & 0x8000 ? (value << 1) ^ 0x1021 : value << 1;
+    table[i] = static_cast<std::uint16_t>(value);
+  }
+  return table;
+}();
+
+void BM_Crc16_Zyn(benchmark::State& state) {
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        Zyn_dstruct::CRC16ofBuffer(Message(), static_cast<int>(kSize), Zyn_dstruct::crcCCITT));
+  }
+  Finish(state);
+}
+BENCHMARK(BM_Crc16_Zyn);
+
+void BM_Crc16_ByteTable(benchmark::State& state) {
+  for (auto _ : state) {
+    std::uint16_t crc = 0xFFFF;
+    for (const std::uint8_t b : Message()) {
+      crc = static_cast<std::uint16_t>(crc << 8 ^ kPeerCrc16Table[(crc >> 8) ^ b]);
+    }
+    benchmark::DoNotOptimize(crc);
+  }
+  Finish(state);
+}
+BENCHMARK(BM_Crc16_ByteTable);
 
 // --- CRC-32 -----------------------------------------------------------------
 
@@ -141,8 +182,57 @@ void BM_Sha1File_OpenSsl(benchmark::State& state) {
 BENCHMARK(BM_Sha1File_OpenSsl);
 
 // --- ASCII85 ----------------------------------------------------------------
+// The peer is what a user would write without the library: a plain loop over
+// the bytes into a std::string and back, the same code (groups of four, "z",
+// n + 1 digits for a short tail, "~>"; CR and LF skipped on reading).
 
-void BM_Ascii85Encode(benchmark::State& state) {
+std::string PlainAscii85Encode(std::span<const std::uint8_t> bytes) {
+  std::string out;
+  out.reserve(bytes.size() / 4 * 5 + 7);
+  std::size_t i = 0;
+  for (; i < bytes.size(); i += 4) {
+    const std::size_t n = std::min<std::size_t>(4, bytes.size() - i);
+    std::uint32_t value = 0;
+    for (std::size_t k = 0; k < n; ++k) value = value << 8 | bytes[i + k];
+    if (n == 4 && value == 0) {
+      out += 'z';
+      continue;
+    }
+    char digits[5];
+    for (std::size_t k = n + 1; k-- > 0;) {
+      digits[k] = static_cast<char>('!' + value % 85);
+      value /= 85;
+    }
+    out.append(digits, n + 1);
+  }
+  out += "~>";
+  return out;
+}
+
+std::vector<std::uint8_t> PlainAscii85Decode(std::string_view text) {
+  std::vector<std::uint8_t> out;
+  out.reserve(text.size() / 5 * 4 + 4);
+  std::uint32_t sum = 0;
+  int digits = 0;
+  for (const char c : text) {
+    if (c == '\r' || c == '\n') continue;
+    if (c == '~') break;
+    if (c == 'z' && digits == 0) {
+      out.insert(out.end(), 4, 0);
+      continue;
+    }
+    sum = sum * 85 + static_cast<std::uint32_t>(c - '!');
+    if (++digits == 5) {
+      for (int k = 3; k >= 0; --k) out.push_back(static_cast<std::uint8_t>(sum >> (8 * k)));
+      sum = 0;
+      digits = 0;
+    }
+  }
+  for (int k = digits - 2; k >= 0; --k) out.push_back(static_cast<std::uint8_t>(sum >> (8 * k)));
+  return out;
+}
+
+void BM_Ascii85Encode_Zyn(benchmark::State& state) {
   TMemoryStream source;
   source.Write(Message().data(), static_cast<int>(kSize));
   for (auto _ : state) {
@@ -153,10 +243,16 @@ void BM_Ascii85Encode(benchmark::State& state) {
   }
   Finish(state);
 }
-BENCHMARK(BM_Ascii85Encode);
+BENCHMARK(BM_Ascii85Encode_Zyn);
 
-// Bytes processed are the decoded bytes, so both rows count the same 1 MiB.
-void BM_Ascii85Decode(benchmark::State& state) {
+void BM_Ascii85Encode_PlainLoop(benchmark::State& state) {
+  for (auto _ : state) benchmark::DoNotOptimize(PlainAscii85Encode(Message()).data());
+  Finish(state);
+}
+BENCHMARK(BM_Ascii85Encode_PlainLoop);
+
+// Bytes processed are the decoded bytes, so all rows count the same 1 MiB.
+void BM_Ascii85Decode_Zyn(benchmark::State& state) {
   TMemoryStream source, encoded;
   source.Write(Message().data(), static_cast<int>(kSize));
   source.SetPosition(0);
@@ -168,7 +264,15 @@ void BM_Ascii85Decode(benchmark::State& state) {
   }
   Finish(state);
 }
-BENCHMARK(BM_Ascii85Decode);
+BENCHMARK(BM_Ascii85Decode_Zyn);
+
+void BM_Ascii85Decode_PlainLoop(benchmark::State& state) {
+  const std::string text = PlainAscii85Encode(Message());
+  if (PlainAscii85Decode(text) != Message()) state.SkipWithError("the peer decodes wrongly");
+  for (auto _ : state) benchmark::DoNotOptimize(PlainAscii85Decode(text).data());
+  Finish(state);
+}
+BENCHMARK(BM_Ascii85Decode_PlainLoop);
 
 }  // namespace
 

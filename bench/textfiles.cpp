@@ -90,13 +90,6 @@ BENCHMARK(BM_TailFromEnd)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_Detect)->UseRealTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_GrepF)->UseRealTime()->Unit(benchmark::kMillisecond);
 
-struct Cleanup {
-  ~Cleanup() {
-    std::error_code ignored;
-    std::filesystem::remove(TestFile(), ignored);
-  }
-} cleanup;
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -104,4 +97,6 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
+  std::error_code ignored;
+  std::filesystem::remove(TestFile(), ignored);
 }

@@ -40,6 +40,11 @@ std::string Utf8(std::u16string_view text);
 // The registration of each group of subcommands.
 void AddCodecCommands(CLI::App& app);
 void AddTextCommands(CLI::App& app);
+void AddFileCommands(CLI::App& app);
+void AddHtmlCommands(CLI::App& app);
+void AddMarkCommands(CLI::App& app);
+void AddDataCommands(CLI::App& app);
+void AddSystemCommands(CLI::App& app);
 
 }  // namespace zyn_cli
 

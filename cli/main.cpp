@@ -19,6 +19,11 @@ int main(int argc, char** argv) {
   app.set_help_all_flag("--help-all", "Show the help of every subcommand");
   zyn_cli::AddCodecCommands(app);
   zyn_cli::AddTextCommands(app);
+  zyn_cli::AddFileCommands(app);
+  zyn_cli::AddHtmlCommands(app);
+  zyn_cli::AddMarkCommands(app);
+  zyn_cli::AddDataCommands(app);
+  zyn_cli::AddSystemCommands(app);
 
   Initialize();
   int status = 0;

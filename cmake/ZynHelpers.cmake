@@ -106,9 +106,13 @@ function(zyn_add_benchmark name)
     benchmark::benchmark ${arg_LIBS})
 endfunction()
 
+# zyn_add_library([LIBS <lib>...])
+#
 # Builds libzyn.so and libzyn.a from the objects of every unit and the
-# package frame.
+# package frame. LIBS are the outside libraries the units use: the shared
+# library links them privately, the static one hands them to its users.
 function(zyn_add_library)
+  cmake_parse_arguments(PARSE_ARGV 0 arg "" "" "LIBS")
   get_property(units GLOBAL PROPERTY ZYN_UNIT_TARGETS)
   set(objects)
   foreach(unit IN LISTS units)
@@ -136,6 +140,8 @@ function(zyn_add_library)
     target_compile_features(${lib} PUBLIC cxx_std_20)
     target_link_libraries(${lib} PRIVATE $<BUILD_INTERFACE:zyn_build_flags>)
   endforeach()
+  target_link_libraries(zyn PRIVATE ${arg_LIBS})
+  target_link_libraries(zyn_static PUBLIC ${arg_LIBS})
   # Outside libraries of the units: private to the shared library; the static
   # one passes them on to whoever links it.
   get_property(unit_libs GLOBAL PROPERTY ZYN_UNIT_LIBS)

@@ -35,7 +35,7 @@ install(FILES
 # The .pc file finds its prefix relative to itself, so the tree can move.
 file(RELATIVE_PATH ZYN_PC_TO_PREFIX
   /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
-# Packages a static link needs besides libzyn.
+# sd-bus, when built with it, for static links.
 set(ZYN_PC_REQUIRES_PRIVATE "")
 if(ZYN_SDBUS_FOUND)
   set(ZYN_PC_REQUIRES_PRIVATE libsystemd)

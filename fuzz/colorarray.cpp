@@ -16,6 +16,7 @@
 #include <fstream>
 #include <string>
 
+#include "fuzz/fuzz_support.h"
 #include "zyn/platform/memory.h"
 #include "zyn/platform/text.h"
 
@@ -23,28 +24,12 @@ namespace {
 
 using Zyn_zyncolors::TColorArray;
 
-std::string TempName(const char* suffix) {
-  return "/tmp/fuzz_colorarray_" + std::to_string(getpid()) + suffix;
-}
-
-// The two scratch files of this process, removed when it ends.
-struct ScratchFiles {
-  std::string in = TempName(".in");
-  std::string out = TempName(".out");
-  ~ScratchFiles() {
-    std::remove(in.c_str());
-    std::remove(out.c_str());
-  }
-};
-
-void Check(bool condition) {
-  if (!condition) __builtin_trap();
-}
+using zyn::fuzz::Check;
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const ScratchFiles files;
+  static const zyn::fuzz::ScratchFiles files{"colorarray"};
   zyn::platform::SetAllocationCeiling(std::uint64_t{1} << 20);
   {
     std::ofstream out(files.in, std::ios::binary | std::ios::trunc);

@@ -11,6 +11,7 @@
 #include <fstream>
 #include <string>
 
+#include "fuzz/fuzz_support.h"
 #include "zyn/platform/text.h"
 #include "zyn/platform/textfile.h"
 
@@ -20,23 +21,7 @@ using zyn::platform::Textfile;
 using Zyn_dstruct::TFeatProps;
 using Zyn_dstruct::TFeatureMatrix;
 
-std::string TempName(const char* suffix) {
-  return "/tmp/fuzz_featurematrix_" + std::to_string(getpid()) + suffix;
-}
-
-// The two scratch files of this process, removed when it ends.
-struct ScratchFiles {
-  std::string in = TempName(".in");
-  std::string out = TempName(".out");
-  ~ScratchFiles() {
-    std::remove(in.c_str());
-    std::remove(out.c_str());
-  }
-};
-
-void Check(bool condition) {
-  if (!condition) __builtin_trap();
-}
+using zyn::fuzz::Check;
 
 // A name cut to its capacity may end in blanks, which its line then loses.
 template <std::size_t N>
@@ -67,7 +52,7 @@ void CheckEqual(TFeatureMatrix& a, TFeatureMatrix& b) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const ScratchFiles files;
+  static const zyn::fuzz::ScratchFiles files{"featurematrix"};
   {
     std::ofstream out(files.in, std::ios::binary | std::ios::trunc);
     out.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));

@@ -6,15 +6,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "fuzz/fuzz_support.h"
+
 namespace {
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using zyn::fuzz::Check;
 
 std::string Escaped(std::string_view path) {
   std::string uri = "file://";

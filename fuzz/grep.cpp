@@ -12,6 +12,7 @@
 #include "zyn/stringl/grep.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -63,7 +64,9 @@ Outcome Search(TGrep& grep, std::u16string_view text) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
   const bool ignore_case = (data[0] & 1) != 0;
-  const int search_start = (data[0] >> 1) - 2;
+  // Starts from -2 to 123, and two far below the text.
+  const int code = data[0] >> 1;
+  const int search_start = code == 127 ? INT_MIN : code == 126 ? -100 : code - 2;
   const std::string_view rest(reinterpret_cast<const char*>(data + 1), size - 1);
   const std::size_t split = std::min(rest.find('\n'), rest.size());
   const std::u16string pattern = zyn::platform::FromUTF8(rest.substr(0, split));

@@ -6,13 +6,12 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "fuzz/fuzz_support.h"
 #include "zyn/platform/drives.h"
 
 namespace {
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using zyn::fuzz::Check;
 
 }  // namespace
 

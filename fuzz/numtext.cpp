@@ -15,13 +15,12 @@
 #include <string>
 #include <string_view>
 
+#include "fuzz/fuzz_support.h"
 #include "zyn/stringl/formatting.h"
 
 namespace {
 
-void Check(bool ok) {
-  if (!ok) std::abort();
-}
+using zyn::fuzz::Check;
 
 void CheckChars(const std::u16string& s) {
   for (char16_t c : s)

@@ -12,14 +12,14 @@
 #include <span>
 #include <vector>
 
+#include "fuzz/fuzz_support.h"
+
 namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 using Zyn_dstruct::TRLEncoder;
 
-void Check(bool ok) {
-  if (!ok) std::abort();
-}
+using zyn::fuzz::Check;
 
 // The code read directly: literals, and count copies for each full triple.
 Bytes ReferenceDecode(std::span<const std::uint8_t> coded) {

@@ -10,14 +10,13 @@
 #include <string>
 #include <string_view>
 
+#include "fuzz/fuzz_support.h"
 #include "zyn/base/univconst.h"
 #include "zyn/platform/text.h"
 
 namespace {
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using zyn::fuzz::Check;
 
 }  // namespace
 

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/fuzz_support.h"
 #include "zyn/base/univconst.h"
 #include "zyn/platform/stream.h"
 #include "zyn/platform/string_list.h"
@@ -22,9 +23,7 @@ namespace {
 using zyn::platform::TMemoryStream;
 using namespace Zyn_streams;
 
-void Check(bool ok) {
-  if (!ok) std::abort();
-}
+using zyn::fuzz::Check;
 
 void Lines(TMemoryStream& m, std::int64_t size) {
   for (int rule : {0, 1, 2, 3, 4, 9}) {

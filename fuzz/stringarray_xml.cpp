@@ -9,6 +9,7 @@
 #include <fstream>
 #include <string>
 
+#include "fuzz/fuzz_support.h"
 #include "zyn/dstruct/stringarray.h"
 #include "zyn/platform/text.h"
 
@@ -17,28 +18,12 @@ namespace {
 using Zyn_dstruct::ShortString;
 using Zyn_dstruct::TStringArray;
 
-std::string TempName(const char* suffix) {
-  return "/tmp/fuzz_stringarray_xml_" + std::to_string(getpid()) + suffix;
-}
-
-// The two scratch files of this process, removed when it ends.
-struct ScratchFiles {
-  std::string in = TempName(".in");
-  std::string out = TempName(".out");
-  ~ScratchFiles() {
-    std::remove(in.c_str());
-    std::remove(out.c_str());
-  }
-};
-
-void Check(bool condition) {
-  if (!condition) __builtin_trap();
-}
+using zyn::fuzz::Check;
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const ScratchFiles files;
+  static const zyn::fuzz::ScratchFiles files{"stringarray_xml"};
   {
     std::ofstream out(files.in, std::ios::binary | std::ios::trunc);
     out.write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/fuzz_support.h"
 #include "testing/zyn_testing.h"
 #include "zyn/platform/text.h"
 #include "zyn/streams/tagscan.h"
@@ -21,9 +22,7 @@ using zyn::platform::EInOutError;
 using zyn::platform::FromUTF8;
 using zyn::platform::Textfile;
 
-void Check(bool ok) {
-  if (!ok) std::abort();
-}
+using zyn::fuzz::Check;
 
 }  // namespace
 

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "fuzz/fuzz_support.h"
 #include "testing/zyn_testing.h"
 #include "zyn/filesys/ascheader.h"
 #include "zyn/platform/stream.h"
@@ -16,9 +17,7 @@
 
 namespace {
 
-void Check(bool ok) {
-  if (!ok) std::abort();
-}
+using zyn::fuzz::Check;
 
 }  // namespace
 

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "fuzz/fuzz_support.h"
 #include "testing/zyn_testing.h"
 #include "zyn/platform/text.h"
 
@@ -17,9 +18,7 @@ namespace {
 using zyn::platform::FromUTF8;
 using zyn::platform::Textfile;
 
-void Check(bool ok) {
-  if (!ok) std::abort();
-}
+using zyn::fuzz::Check;
 
 }  // namespace
 

@@ -10,15 +10,14 @@
 #include <string>
 #include <string_view>
 
+#include "fuzz/fuzz_support.h"
 #include "zyn/platform/text.h"
 
 namespace {
 
 using namespace Zyn_stringl;
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using zyn::fuzz::Check;
 
 }  // namespace
 

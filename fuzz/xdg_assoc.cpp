@@ -9,11 +9,11 @@
 #include <string>
 #include <string_view>
 
+#include "fuzz/fuzz_support.h"
+
 namespace {
 
-void Check(bool condition) {
-  if (!condition) std::abort();
-}
+using zyn::fuzz::Check;
 
 }  // namespace
 

@@ -8,6 +8,9 @@ required=(cmake ninja-build g++ clang libclang-rt-14-dev libgtest-dev libgmock-d
 required+=(libsystemd-dev dbus-daemon)  # the portal's save dialog (sd-bus) and its test's private bus
 required+=(libcli11-dev python3)  # the zyn command and its end-to-end tests
 required+=(xvfb zenity xdotool)  # the save dialog's desktop test
+required+=(libpng-dev libfreetype-dev libfontconfig-dev libcairo2-dev fonts-dejavu-core)  # canvas: PNG, text, PDF pages, the default font
+required+=(libgumbo-dev)  # the HTML5 parser of ExtractHTMLBody and ConvertHTMLBodyToText
+required+=(chromium)  # the browser test of the HTML unit
 # Only the TGrep benchmark compares with PCRE2; the build goes on without it.
 optional=(libpcre2-dev)
 

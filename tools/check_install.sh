@@ -11,12 +11,17 @@ cmake --install "$build" --prefix "$prefix" >/dev/null
 
 cat >"$work/main.cpp" <<'CPP'
 #include <cstdio>
+#include "zyn/base/marks.h"
 #include "zyn/base/zynbase.h"
+#include "zyn/html/htmlpage.h"
 #include "zyn/package.h"
 int main() {
   Initialize();
+  // A mark exercises the drawing libraries (text through FreeType).
+  const auto mark = Zyn_zynbase::CreateMarkAsBitmap(65, 0, 0xFFFFFF, 4);
   const bool ok = Zyn_zynbase::ResolveCSVDelimiter(u';') == Zyn_zynbase::csvSemicolon &&
-                  GetPackageInfoTable()->UnitCount == 10;
+                  GetPackageInfoTable()->UnitCount == 10 && mark->Width() == 15 &&
+                  Zyn_htmlsupport::ConvertHTMLBodyToText(u"<p>a</p>b", u'|') == u"a||b";
   Finalize();
   std::puts(ok ? "consumer ok" : "consumer FAILED");
   return ok ? 0 : 1;

@@ -20,7 +20,8 @@ ALLOWED = {
     "filesys": {"platform", "base", "stringl", "streams"},
 }
 OS_HEADERS = re.compile(r'#\s*include\s*<(unistd\.h|windows\.h|dlfcn\.h|fcntl\.h|dirent\.h|'
-                        r'sys/[^>]+|pwd\.h|cpuid\.h|intrin\.h)>')
+                        r'sys/[^>]+|pwd\.h|cpuid\.h|intrin\.h|png\.h|ft2build\.h|'
+                        r'fontconfig/[^>]+|cairo[^>]*\.h)>')
 ZYN_INCLUDE = re.compile(r'#\s*include\s*"zyn/([a-z]+)/')
 
 

@@ -81,7 +81,14 @@ double NumberTextToDouble(std::u16string_view number) {
   if (ends_with_any(u"+-")) number.remove_suffix(1);  // only an exponent's sign can end it
   if (ends_with_any(u"Ee")) number.remove_suffix(1);
   int code = 0;
-  const double value = zyn::platform::Val(number, code);
+  double value = 0.0;
+  if (ends_with_any(u".")) {
+    // A text ending in its separator is read with a "0" behind it, so that
+    // "-." keeps its sign: -0.0.
+    value = zyn::platform::Val(std::u16string(number) + u'0', code);
+  } else {
+    value = zyn::platform::Val(number, code);
+  }
   if (code != 0) return 0.0;
   return std::clamp(value, -Zyn_univconst::uc_MaxDouble, Zyn_univconst::uc_MaxDouble);
 }

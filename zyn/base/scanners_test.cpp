@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <tuple>
@@ -60,6 +61,24 @@ TEST(ScanFPNumTest, StateMachine) {
                                        : dsDot;
     int pos = 1;
     EXPECT_EQ(ScanFPNum(text, mode != 'n', sep, pos), value);
+    EXPECT_EQ(pos, end);
+  }
+}
+
+// A number text ending in its separator reads with a "0" behind it, so a
+// lone sign and separator keep the sign.
+TEST(ScanFPNumTest, SignOfZeroSurvives) {
+  const std::tuple<std::u16string_view, TDecPSep, bool, int> cases[] = {
+      {u"-.", dsDot, true, 3},  {u" -,", dsBoth, true, 4}, {u"-.x", dsDot, true, 3},
+      {u"-0", dsDot, true, 3},  {u"+.", dsDot, false, 3},  {u".", dsDot, false, 2},
+      {u"-.e", dsDot, true, 4}, {u"-", dsDot, false, 2},
+  };
+  for (const auto& [text, sep, negative, end] : cases) {
+    SCOPED_TRACE(Utf8(text));
+    int pos = 1;
+    const double value = ScanFPNum(text, true, sep, pos);
+    EXPECT_EQ(value, 0.0);
+    EXPECT_EQ(std::signbit(value), negative);
     EXPECT_EQ(pos, end);
   }
 }

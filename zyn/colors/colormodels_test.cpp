@@ -33,10 +33,9 @@ TEST(MixTest, ClampsAndTruncates) {
   }
   EXPECT_EQ(MeanColor(0x000000, 0xFFFFFF), 0x7F7F7Fu);
   const TColor a = 0x000000, b = 0x0000FF, c = 0xFFFFFF;
-  EXPECT_EQ(Interpolate3Colors(a, b, c, 0.5), b);
-  EXPECT_EQ(Interpolate3Colors(a, b, c, 1.5), c);
-  EXPECT_EQ(Interpolate3Colors(a, b, c, 0.25), 0x00007Fu);
-  EXPECT_EQ(Interpolate3Colors(a, b, c, 0.75), 0x7F7FFFu);
+  for (auto [f, want] : {std::pair{0.5, b}, {1.5, c}, {0.25, 0x00007Fu}, {0.75, 0x7F7FFFu}}) {
+    EXPECT_EQ(Interpolate3Colors(a, b, c, f), want) << f;
+  }
   EXPECT_EQ(ReverseRGBColor(0xFF123456), 0x563412u);
   EXPECT_EQ(InvertColor(0xFF00FF10), 0xFF00EFu);
 }

@@ -82,10 +82,10 @@ TEST(NamedColorsTest, WebColoursAgreeWithCss) {
 
 TEST(NamedColorsTest, X11ColoursAreNamedRows) {
   EXPECT_EQ(X11Colors.size(), 145u);
-  EXPECT_EQ(X11Colors.front(), AllZYNColors[RowOf(u"AliceBlue")]);
-  EXPECT_EQ(X11Colors[2], AllZYNColors[RowOf(u"Aqua")]);
-  EXPECT_EQ(X11Colors[114], AllZYNColors[RowOf(u"RebeccaPurple")]);
-  EXPECT_EQ(X11Colors.back(), AllZYNColors[RowOf(u"YellowGreen")]);
+  for (auto [at, name] :
+       {std::pair{0, u"AliceBlue"}, {2, u"Aqua"}, {114, u"RebeccaPurple"}, {144, u"YellowGreen"}}) {
+    EXPECT_EQ(X11Colors[at], AllZYNColors[RowOf(name)]) << at;
+  }
   for (TColor c : X11Colors) {
     EXPECT_NE(std::find(AllZYNColors.begin(), AllZYNColors.end(), c), AllZYNColors.end()) << c;
   }

@@ -40,12 +40,9 @@ TEST(CpuIdDecodeTest, SignatureFields) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.sig);
-    EXPECT_EQ(SignatureStepping(c.sig), c.stepping);
-    EXPECT_EQ(SignatureModel(c.sig), c.model);
-    EXPECT_EQ(SignatureFamily(c.sig), c.family);
-    EXPECT_EQ(SignatureType(c.sig), c.type);
-    EXPECT_EQ(SignatureExModel(c.sig), c.ex_model);
-    EXPECT_EQ(SignatureExFamily(c.sig), c.ex_family);
+    EXPECT_EQ((std::array{SignatureStepping(c.sig), SignatureModel(c.sig), SignatureFamily(c.sig),
+                          SignatureType(c.sig), SignatureExModel(c.sig), SignatureExFamily(c.sig)}),
+              (std::array{c.stepping, c.model, c.family, c.type, c.ex_model, c.ex_family}));
   }
 }
 

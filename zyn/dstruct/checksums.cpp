@@ -5,6 +5,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstring>
+#include <typeinfo>
 #include <utility>
 
 #include "zyn/platform/cpu_features.h"
@@ -31,6 +32,25 @@ constexpr std::array<std::uint16_t, 256> MakeCrc16Table() {
 }
 
 constexpr auto kCrc16Table = MakeCrc16Table();
+
+// kCrc16Tables[k][i] is the CRC-16 of byte i followed by k zero bytes; [0] is
+// kCrc16Table. With them sixteen bytes take sixteen independent lookups
+// instead of a chain of sixteen dependent ones ("slicing by sixteen").
+using Crc16Tables = std::array<std::array<std::uint16_t, 256>, 16>;
+
+constexpr Crc16Tables MakeCrc16Tables() {
+  Crc16Tables tables{};
+  tables[0] = MakeCrc16Table();
+  for (std::size_t k = 1; k < tables.size(); ++k) {
+    for (std::size_t i = 0; i < 256; ++i) {
+      const std::uint16_t before = tables[k - 1][i];
+      tables[k][i] = static_cast<std::uint16_t>(before << 8 ^ tables[0][before >> 8]);
+    }
+  }
+  return tables;
+}
+
+constexpr Crc16Tables kCrc16Tables = MakeCrc16Tables();
 
 // kCrc32Tables[0] is the byte-wise table of the reflected polynomial;
 // kCrc32Tables[k][i] is the CRC of byte i followed by k zero bytes, which lets
@@ -370,7 +390,18 @@ std::uint16_t CalcNextCRC16(std::uint8_t b, std::uint16_t crc) {
 
 std::uint16_t CRC16ofBuffer(std::span<const std::uint8_t> buffer, int count, TCRC16Mode mode) {
   std::uint16_t crc = mode == crcCCITT ? 0xFFFF : 0;
-  for (std::uint8_t b : buffer.first(ClampedCount(buffer, count))) crc = CalcNextCRC16(b, crc);
+  std::span<const std::uint8_t> rest = buffer.first(ClampedCount(buffer, count));
+  // Sixteen bytes a step: the running value enters as the first two bytes,
+  // and each byte's share of the CRC sixteen bytes on is one lookup.
+  const Crc16Tables& t = kCrc16Tables;
+  for (; rest.size() >= 16; rest = rest.subspan(16)) {
+    const std::uint8_t* p = rest.data();
+    crc = static_cast<std::uint16_t>(
+        t[15][p[0] ^ (crc >> 8)] ^ t[14][p[1] ^ (crc & 0xFF)] ^ t[13][p[2]] ^ t[12][p[3]] ^
+        t[11][p[4]] ^ t[10][p[5]] ^ t[9][p[6]] ^ t[8][p[7]] ^ t[7][p[8]] ^ t[6][p[9]] ^
+        t[5][p[10]] ^ t[4][p[11]] ^ t[3][p[12]] ^ t[2][p[13]] ^ t[1][p[14]] ^ t[0][p[15]]);
+  }
+  for (std::uint8_t b : rest) crc = CalcNextCRC16(b, crc);
   return crc;
 }
 
@@ -442,49 +473,184 @@ std::u16string SHA1DigestToHex(const TSHACode& digest) {
   return hex;
 }
 
-void EncodeASCII85(zyn::platform::TStream& Source, zyn::platform::TStream& Dest) {
+namespace {
+
+using zyn::platform::TMemoryStream;
+using zyn::platform::TStream;
+
+// The stream as a memory stream of a class whose Read and Write are known to
+// be TMemoryStream's, or null. Only those are read and written in blocks.
+TMemoryStream* PlainMemoryStream(TStream& stream) {
+  if (typeid(stream) != typeid(TMemoryStream) &&
+      typeid(stream) != typeid(zyn::platform::TStringStream)) {
+    return nullptr;
+  }
+  return static_cast<TMemoryStream*>(&stream);
+}
+
+// Reads a stream through its Read, one byte through ReadByte.
+class StreamSource {
+ public:
+  explicit StreamSource(TStream& stream) : stream_(stream) {}
+  int Read(std::uint8_t* out, int count) { return std::min(stream_.Read(out, count), count); }
+  bool Next(std::uint8_t& c) { return stream_.ReadByte(c); }
+  void Done() {}
+
+ private:
+  TStream& stream_;
+};
+
+// Reads a plain memory stream straight from its bytes. Done() leaves the
+// position where the same reads through Read would have left it.
+class MemorySource {
+ public:
+  explicit MemorySource(TMemoryStream& stream) : stream_(stream) {
+    const std::span<const std::uint8_t> bytes = stream.Memory();
+    const std::int64_t position = stream.Position();
+    begin_ = next_ = bytes.data() + std::min<std::int64_t>(position, std::ssize(bytes));
+    end_ = bytes.data() + bytes.size();
+  }
+  int Read(std::uint8_t* out, int count) {
+    if (end_ - next_ >= count) {  // the usual case, a copy of a constant size once inlined
+      std::memcpy(out, next_, static_cast<std::size_t>(count));
+      next_ += count;
+      return count;
+    }
+    const int n = static_cast<int>(end_ - next_);
+    if (n > 0)
+      std::memcpy(out, next_, static_cast<std::size_t>(n));  // an empty stream has no bytes at all
+    next_ += n;
+    return n;
+  }
+  bool Next(std::uint8_t& c) {
+    if (next_ == end_) return false;
+    c = *next_++;
+    return true;
+  }
+  // Takes the next five bytes if all of them are digits "!".."u": a whole
+  // group with nothing to skip, look at or report.
+  bool TakeFiveDigits(std::array<std::uint8_t, 5>& group) {
+    if (end_ - next_ < 5) return false;
+    for (int i = 0; i < 5; ++i) {
+      if (static_cast<std::uint8_t>(next_[i] - '!') > 'u' - '!') return false;
+    }
+    std::memcpy(group.data(), next_, 5);
+    next_ += 5;
+    return true;
+  }
+  void Done() {
+    if (next_ != begin_) stream_.SetPosition(stream_.Position() + (next_ - begin_));
+  }
+
+ private:
+  TMemoryStream& stream_;
+  const std::uint8_t* begin_;
+  const std::uint8_t* next_;
+  const std::uint8_t* end_;
+};
+
+// Writes each piece through the stream's Write as it comes.
+class StreamSink {
+ public:
+  explicit StreamSink(TStream& stream) : stream_(stream) {}
+  void Put(const void* bytes, int count) { stream_.Write(bytes, count); }
+  void Done() {}
+
+ private:
+  TStream& stream_;
+};
+
+// Collects pieces for a plain memory stream, which takes any count whole, and
+// writes them a block at a time.
+class MemorySink {
+ public:
+  explicit MemorySink(TStream& stream) : stream_(stream) {}
+  void Put(const void* bytes, int count) {
+    if (block_.size() - used_ < static_cast<std::size_t>(count)) Done();
+    std::memcpy(block_.data() + used_, bytes, static_cast<std::size_t>(count));
+    used_ += static_cast<std::size_t>(count);
+  }
+  void Done() {
+    if (used_ > 0) stream_.Write(block_.data(), static_cast<int>(used_));
+    used_ = 0;
+  }
+
+ private:
+  TStream& stream_;
+  std::array<std::uint8_t, 4096> block_;
+  std::size_t used_ = 0;
+};
+
+template <typename Source, typename Sink>
+void EncodeGroups(Source& source, Sink& sink) {
   std::array<std::uint8_t, 4> group;
   for (;;) {
-    const int n = std::min(Source.Read(group.data(), 4), 4);
+    const int n = source.Read(group.data(), 4);
     if (n <= 0) break;
-    if (n == 4 && group == std::array<std::uint8_t, 4>{}) {
-      Dest.Write("z", 1);
+    if (n == 4) {
+      std::uint32_t value = std::uint32_t{group[0]} << 24 | std::uint32_t{group[1]} << 16 |
+                            std::uint32_t{group[2]} << 8 | group[3];
+      if (value == 0) {
+        sink.Put("z", 1);
+        continue;
+      }
+      std::array<char, 5> digits;
+      for (int i = 4; i >= 0; --i) {
+        digits[static_cast<std::size_t>(i)] = static_cast<char>('!' + value % 85);
+        value /= 85;
+      }
+      sink.Put(digits.data(), 5);
       continue;
     }
     // A short group is its own number: n + 1 digits hold any n bytes.
     std::uint32_t value = 0;
-    for (int i = 0; i < n; ++i) value = value << 8 | group[i];
+    for (int i = 0; i < n; ++i) value = value << 8 | group[static_cast<std::size_t>(i)];
     std::array<char, 5> digits;
     for (int i = n; i >= 0; --i) {
-      digits[i] = static_cast<char>('!' + value % 85);
+      digits[static_cast<std::size_t>(i)] = static_cast<char>('!' + value % 85);
       value /= 85;
     }
-    Dest.Write(digits.data(), n + 1);
-    if (n < 4) break;
+    sink.Put(digits.data(), n + 1);
+    break;
   }
-  Dest.Write("~>", 2);
+  sink.Put("~>", 2);
+  source.Done();
+  sink.Done();
 }
 
-int DecodeASCII85(zyn::platform::TStream& Source, zyn::platform::TStream& Dest) {
+template <typename Source, typename Sink>
+int DecodeGroups(Source& source, Sink& sink) {
   // The next character that is not CR or LF; false at the end of the source.
-  auto next = [&Source](std::uint8_t& c) {
+  const auto next = [&source](std::uint8_t& c) {
     for (;;) {
-      if (Source.Read(&c, 1) <= 0) return false;
+      if (!source.Next(c)) return false;
       if (c != '\r' && c != '\n') return true;
     }
   };
   int status = 0;
   std::array<std::uint8_t, 5> group;
-  while (next(group[0])) {
+  for (;;) {
+    if constexpr (requires { source.TakeFiveDigits(group); }) {
+      if (source.TakeFiveDigits(group)) {
+        std::uint32_t sum = 0;
+        for (const std::uint8_t c : group) sum = sum * 85u + static_cast<std::uint32_t>(c - '!');
+        const std::array<std::uint8_t, 4> bytes = {
+            static_cast<std::uint8_t>(sum >> 24), static_cast<std::uint8_t>(sum >> 16),
+            static_cast<std::uint8_t>(sum >> 8), static_cast<std::uint8_t>(sum)};
+        sink.Put(bytes.data(), 4);
+        continue;
+      }
+    }
+    if (!next(group[0])) break;
     if (group[0] == 'z') {
       constexpr std::array<std::uint8_t, 4> kZeros{};
-      Dest.Write(kZeros.data(), 4);
+      sink.Put(kZeros.data(), 4);
       continue;
     }
     int held = 1;
     bool last = false;
     while (held < 5 && !last) {
-      if (next(group[held])) {
+      if (next(group[static_cast<std::size_t>(held)])) {
         ++held;
       } else {
         last = true;  // source exhausted inside the group
@@ -492,7 +658,7 @@ int DecodeASCII85(zyn::platform::TStream& Source, zyn::platform::TStream& Dest) 
     }
     int digits = held;
     for (int i = held - 1; i >= 0; --i) {
-      if (group[i] == '~') {
+      if (group[static_cast<std::size_t>(i)] == '~') {
         digits = i;
         last = true;
         break;
@@ -500,20 +666,58 @@ int DecodeASCII85(zyn::platform::TStream& Source, zyn::platform::TStream& Dest) 
     }
     std::uint32_t sum = 0;
     for (int i = 0; i < digits; ++i) {
-      const std::uint8_t c = group[i];
+      const std::uint8_t c = group[static_cast<std::size_t>(i)];
       if (c < '!' || c > 'u') status = c == 'z' ? -2 : -1;
       sum = sum * 85u + static_cast<std::uint32_t>(c - '!');  // wraps, as the format allows
     }
     if (digits >= 2) {
       std::array<std::uint8_t, 4> bytes;
       for (int i = 0; i < digits - 1; ++i) {
-        bytes[i] = static_cast<std::uint8_t>(sum >> (8 * (digits - 2 - i)));
+        bytes[static_cast<std::size_t>(i)] =
+            static_cast<std::uint8_t>(sum >> (8 * (digits - 2 - i)));
       }
-      Dest.Write(bytes.data(), digits - 1);
+      sink.Put(bytes.data(), digits - 1);
     }
     if (last) break;
   }
+  source.Done();
+  sink.Done();
   return status;
+}
+
+// Runs `codec` with the fastest source and sink the two streams allow. The
+// block paths give the same bytes, status and positions as the plain ones;
+// a stream that is both source and destination takes the plain path.
+template <typename Codec>
+auto WithSourceAndSink(TStream& source_stream, TStream& dest_stream, Codec codec) {
+  TMemoryStream* memory_source =
+      &source_stream == &dest_stream ? nullptr : PlainMemoryStream(source_stream);
+  const bool memory_dest = &source_stream != &dest_stream && PlainMemoryStream(dest_stream);
+  const auto with_sink = [&](auto& source) {
+    if (memory_dest) {
+      MemorySink sink(dest_stream);
+      return codec(source, sink);
+    }
+    StreamSink sink(dest_stream);
+    return codec(source, sink);
+  };
+  if (memory_source != nullptr) {
+    MemorySource source(*memory_source);
+    return with_sink(source);
+  }
+  StreamSource source(source_stream);
+  return with_sink(source);
+}
+
+}  // namespace
+
+void EncodeASCII85(zyn::platform::TStream& Source, zyn::platform::TStream& Dest) {
+  WithSourceAndSink(Source, Dest, [](auto& source, auto& sink) { EncodeGroups(source, sink); });
+}
+
+int DecodeASCII85(zyn::platform::TStream& Source, zyn::platform::TStream& Dest) {
+  return WithSourceAndSink(Source, Dest,
+                           [](auto& source, auto& sink) { return DecodeGroups(source, sink); });
 }
 
 }  // namespace Zyn_dstruct

@@ -101,6 +101,32 @@ TEST(ChecksumsTest, CrcCheckValuesAndCounts) {
   EXPECT_EQ(~crc, 0xCBF43926u);
 }
 
+// CRC-16/XMODEM bit by bit, straight from the polynomial: no table.
+std::uint16_t BitwiseCrc16(std::span<const std::uint8_t> bytes, std::uint16_t crc) {
+  for (const std::uint8_t b : bytes) {
+    crc = static_cast<std::uint16_t>(crc ^ b << 8);
+    for (int bit = 0; bit < 8; ++bit) {
+      crc = static_cast<std::uint16_t>(crc & 0x8000 ? crc << 1 ^ 0x1021 : crc << 1);
+    }
+  }
+  return crc;
+}
+
+// The CRC-16 takes sixteen bytes a step: every length and offset around that
+// step, in both modes, against the bit-by-bit form.
+TEST(ChecksumsTest, Crc16MatchesTheBitwiseFormAtEveryLengthAndOffset) {
+  const std::vector<std::uint8_t> bytes = RandomBytes(300, 16);
+  for (std::size_t offset = 0; offset < 17; ++offset) {
+    for (std::size_t length = 0; offset + length <= bytes.size(); ++length) {
+      SCOPED_TRACE(::testing::Message() << offset << " + " << length);
+      const auto part = std::span(bytes).subspan(offset, length);
+      const int count = static_cast<int>(length);
+      ASSERT_EQ(CRC16ofBuffer(part, count, crcZModem), BitwiseCrc16(part, 0));
+      ASSERT_EQ(CRC16ofBuffer(part, count, crcCCITT), BitwiseCrc16(part, 0xFFFF));
+    }
+  }
+}
+
 TEST(ChecksumsTest, Crc32AndSha1MatchZlibAndOpenSslAtEveryLengthAndOffset) {
   const auto bytes = RandomBytes(3 << 20, 11);
   OnBothPaths([&] {
@@ -235,6 +261,50 @@ TEST(Ascii85Test, EncodeAndDecode) {
     EncodeASCII85(data, text);
     EXPECT_EQ(Content(text), c.in);
   }
+}
+
+// Plain memory streams are read and written in blocks; a class derived from
+// them goes through Read and Write a group at a time. Both must give the same
+// bytes, status and positions, from any starting position, also into a
+// destination that already holds bytes.
+TEST(Ascii85Test, BlockPathsMatchTheStreamPaths) {
+  struct PlainStream : TMemoryStream {};  // not a plain TMemoryStream: the group path
+  std::mt19937 generator(85);
+  const std::string_view alphabet = "!9jqo^u!9jqo^uABCDEz~>\r\n z~\x7F";
+  for (int round = 0; round < 400; ++round) {
+    SCOPED_TRACE(round);
+    std::string bytes(generator() % 40, '\0');
+    const bool text = round % 2 == 1;
+    for (char& b : bytes) {
+      const unsigned r = generator();
+      b = text ? alphabet[r % alphabet.size()] : (r % 3 == 0 ? '\0' : static_cast<char>(r));
+    }
+    const std::int64_t start = generator() % (bytes.size() + 3);
+    TMemoryStream block_source, block_dest;
+    PlainStream group_source, group_dest;
+    for (TMemoryStream* s : {&block_source, static_cast<TMemoryStream*>(&group_source)}) {
+      Fill(*s, bytes);
+      s->SetPosition(start);
+    }
+    for (TMemoryStream* d : {&block_dest, static_cast<TMemoryStream*>(&group_dest)}) {
+      Fill(*d, "old content");
+      d->SetPosition(4);
+    }
+    if (text) {
+      EXPECT_EQ(DecodeASCII85(block_source, block_dest), DecodeASCII85(group_source, group_dest));
+    } else {
+      EncodeASCII85(block_source, block_dest);
+      EncodeASCII85(group_source, group_dest);
+    }
+    EXPECT_EQ(Content(block_dest), Content(group_dest));
+    EXPECT_EQ(block_dest.Position(), group_dest.Position());
+    EXPECT_EQ(block_source.Position(), group_source.Position());
+  }
+  // One stream as source and destination keeps the group path.
+  TMemoryStream both;
+  Fill(both, "abc");
+  EncodeASCII85(both, both);
+  EXPECT_EQ(Content(both), "abc+B>H~>");
 }
 
 }  // namespace

@@ -23,7 +23,8 @@ using Zyn_zynbase::tsFalse;
 using Zyn_zynbase::tsTrue;
 using Zyn_zynbase::tsUndefined;
 
-constexpr std::u16string_view kPrefix = u"Component \"fm\": ";
+// The message the matrix "fm" raises with `text`.
+std::u16string Fm(std::u16string_view text) { return u"Component \"fm\": " + std::u16string(text); }
 
 // A matrix named "fm" with one feature of each kind 0 to 4 and `objs` objects;
 // it counts its OnChange events.
@@ -83,15 +84,14 @@ TEST(FeatureMatrixTest, TextsAreCheckedByKind) {
       EXPECT_EQ(error, u"");
       EXPECT_EQ(fx.m.FeatVal(2, 2), c.text);
     } else {
-      EXPECT_EQ(error, std::u16string(kPrefix) + u"feature value \"" + std::u16string(c.text) +
-                           u"\" " + std::u16string(refusal[c.kind]));
+      EXPECT_EQ(error, Fm(u"feature value \"" + std::u16string(c.text) + u"\" " +
+                          std::u16string(refusal[c.kind])));
       EXPECT_EQ(fx.m.FeatVal(2, 2), u"");
     }
     EXPECT_EQ(fx.events, c.accepted ? 1 : 0);
   }
   Fixture fx;
-  EXPECT_EQ(Raised([&] { fx.m.SetFeatValStr(1, 1, u""); }),
-            std::u16string(kPrefix) + u"feature 1 is undefined");
+  EXPECT_EQ(Raised([&] { fx.m.SetFeatValStr(1, 1, u""); }), Fm(u"feature 1 is undefined"));
 }
 
 TEST(FeatureMatrixTest, TypedReadsLookAtTheTextOnly) {
@@ -129,17 +129,14 @@ TEST(FeatureMatrixTest, TypedReadsLookAtTheTextOnly) {
   }
   Fixture fx;
   fx.m.SetFeatValStr(4, 1, u"x");
-  EXPECT_EQ(Raised([&] { fx.m.FeatValAsInt(4, 1); }),
-            std::u16string(kPrefix) + u"feature is not an integer");
+  EXPECT_EQ(Raised([&] { fx.m.FeatValAsInt(4, 1); }), Fm(u"feature is not an integer"));
   EXPECT_EQ(Raised([&] { fx.m.FeatValAsDouble(4, 1); }),
-            std::u16string(kPrefix) + u"feature is not a floating point number");
-  EXPECT_EQ(Raised([&] { fx.m.FeatValAsTriState(4, 1); }),
-            std::u16string(kPrefix) + u"feature is not a tri-state value");
+            Fm(u"feature is not a floating point number"));
+  EXPECT_EQ(Raised([&] { fx.m.FeatValAsTriState(4, 1); }), Fm(u"feature is not a tri-state value"));
   fx.m.SetFeatValStr(4, 1, u"17");
   fx.m.SetFeatProps(4, TFeatProps{});  // the value stays, and typed reads see it
   EXPECT_EQ(fx.m.FeatValAsInt(4, 1), 17);
-  EXPECT_EQ(Raised([&] { fx.m.FeatVal(4, 1); }),
-            std::u16string(kPrefix) + u"feature 4 is undefined");
+  EXPECT_EQ(Raised([&] { fx.m.FeatVal(4, 1); }), Fm(u"feature 4 is undefined"));
 }
 
 TEST(FeatureMatrixTest, TypedWritesAndFillTakeTheirKinds) {
@@ -176,7 +173,7 @@ TEST(FeatureMatrixTest, TypedWritesAndFillTakeTheirKinds) {
       const std::u16string error = Raised([&] { c.write(fx.m, fix); });
       const std::u16string_view want = c.stored[static_cast<std::size_t>(fix - 1)];
       if (want == u"-") {
-        std::u16string message = std::u16string(kPrefix) + std::u16string(c.error);
+        std::u16string message = Fm(c.error);
         if (const auto at = message.find(u'#'); at != message.npos) {
           message.replace(at, 1, FromUTF8(std::to_string(fix)));
         }
@@ -191,7 +188,7 @@ TEST(FeatureMatrixTest, TypedWritesAndFillTakeTheirKinds) {
   fx.m.SetFeatValint(4, 1, 5);                 // a string feature keeps the text "5"...
   EXPECT_EQ(fx.m.FeatValAsDouble(4, 1), 5.0);  // ...which reads as a double too
   EXPECT_EQ(Raised([&] { fx.m.Fill(2, u""); }),
-            std::u16string(kPrefix) + u"feature value \"\" is not a valid integer number");
+            Fm(u"feature value \"\" is not a valid integer number"));
   EXPECT_TRUE(fx.m.Fill(5, u"TRUE"));
   EXPECT_EQ(fx.m.FeatVal(5, 1) + fx.m.FeatVal(5, 2), u"TRUETRUE");
   EXPECT_FALSE(fx.m.Fill(6, u"x"));
@@ -408,15 +405,16 @@ TEST(FeatureMatrixFileTest, ReaderRules) {
     EXPECT_EQ(Dump(m), c.dump);
   }
   EXPECT_EQ(TFeatureMatrix().Load(Path(dir, "missing.txt")), -1);
-  zyn::testing::WriteFileBytes(dir / "f.txt", "#featvals 65536 0\n");
   TFeatureMatrix m;
-  EXPECT_EQ(m.Load(Path(dir, "f.txt")), 0);
+  auto load = [&](std::string_view text) {
+    zyn::testing::WriteFileBytes(dir / "f.txt", text);
+    return m.Load(Path(dir, "f.txt"));
+  };
+  EXPECT_EQ(load("#featvals 65536 0\n"), 0);
   EXPECT_EQ(m.NFeatures(), 65536);
   m.SetMaxLoadedValues(100);
-  zyn::testing::WriteFileBytes(dir / "f.txt", "#featvals 10 11\n");
-  EXPECT_EQ(m.Load(Path(dir, "f.txt")), -3);
-  zyn::testing::WriteFileBytes(dir / "f.txt", "#featvals 10 10\n");
-  EXPECT_EQ(m.Load(Path(dir, "f.txt")), 0);
+  EXPECT_EQ(load("#featvals 10 11\n"), -3);
+  EXPECT_EQ(load("#featvals 10 10\n"), 0);
 }
 
 TEST(FeatureMatrixFileTest, TwoBlocksFromOneOpenFile) {
@@ -453,13 +451,12 @@ TEST(FeatureMatrixFileTest, RandomMatricesRoundTrip) {
     m.Resize(static_cast<int>(rng() % 6), static_cast<int>(rng() % 6));
     want.Assign(m);
     for (int fix = 1; fix <= m.NFeatures(); ++fix) {
-      TFeatProps p{static_cast<std::int32_t>(rng()),
-                   {},
-                   static_cast<TFeatKind>(rng() % 5),
-                   {},
-                   u"p" + text(300),
-                   rng() % 2 == 0,
-                   &m};
+      TFeatProps p;
+      p.FeatNum = static_cast<std::int32_t>(rng());
+      p.FeatKind = static_cast<TFeatKind>(rng() % 5);
+      p.PresetValues = u"p" + text(300);
+      p.Sorted = rng() % 2 == 0;
+      p.GUIElem = &m;
       p.FeatName = zyn::platform::BasicShortString<20>(u"n" + text(25));
       p.Comment = zyn::platform::BasicShortString<60>(u"c" + text(70));
       m.SetFeatProps(fix, p);

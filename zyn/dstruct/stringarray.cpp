@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <exception>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "zyn/platform/casefold.h"
 #include "zyn/platform/val.h"
@@ -38,6 +40,44 @@ constexpr std::array<char16_t, 256> MakeSortKeys() {
   return keys;
 }
 constexpr std::array<char16_t, 256> kSortKey = MakeSortKeys();
+
+// The rank of each byte's sort key among the distinct keys: one byte that
+// orders as the key does (equal ranks for equal keys).
+constexpr std::array<std::uint8_t, 256> MakeSortRanks() {
+  std::array<char16_t, 256> sorted = kSortKey;
+  for (std::size_t i = 1; i < sorted.size(); ++i) {  // insertion sort, at compile time
+    for (std::size_t j = i; j > 0 && sorted[j - 1] > sorted[j]; --j) {
+      const char16_t t = sorted[j];
+      sorted[j] = sorted[j - 1];
+      sorted[j - 1] = t;
+    }
+  }
+  std::array<std::uint8_t, 256> ranks{};
+  for (std::size_t b = 0; b < 256; ++b) {
+    int rank = 0;
+    for (std::size_t k = 0; k < sorted.size() && sorted[k] < kSortKey[b]; ++k) {
+      if (k == 0 || sorted[k] != sorted[k - 1]) ++rank;
+    }
+    ranks[b] = static_cast<std::uint8_t>(rank);
+  }
+  return ranks;
+}
+constexpr std::array<std::uint8_t, 256> kSortRank = MakeSortRanks();
+
+// The first eight ranks of a text, the first in the top byte, 0 behind its
+// end. Two texts whose prefixes differ compare as their prefixes: at the
+// first differing byte either both have a character, whose ranks order as
+// their keys, or the shorter text has ended and its 0 is below any rank of
+// the other (a rank 0 there would be no difference). Equal prefixes say
+// nothing unless both texts are no longer than eight.
+std::uint64_t SortPrefix(std::string_view text) {
+  std::uint64_t prefix = 0;
+  const std::size_t n = std::min<std::size_t>(text.size(), 8);
+  for (std::size_t i = 0; i < n; ++i) {
+    prefix |= std::uint64_t{kSortRank[static_cast<unsigned char>(text[i])]} << (56 - 8 * i);
+  }
+  return prefix;
+}
 
 int CompareKeys(std::string_view a, std::string_view b) {
   const std::size_t n = std::min(a.size(), b.size());
@@ -92,6 +132,7 @@ void TStringArray::Changed() {
 
 void TStringArray::ResetSortIx(int n) {
   for (int i = 1; i <= n; ++i) FSortIx[i - 1] = i;
+  ++store_version_;
 }
 
 void TStringArray::ResetPlacementHints() { first_fit_.fill(0); }
@@ -159,6 +200,7 @@ void TStringArray::SetString(int c, int r, const ShortString& s) {
   } else {
     word = PlaceEntry(text);
   }
+  ++store_version_;
   Changed();
 }
 
@@ -271,6 +313,7 @@ bool TStringArray::Resize(int Nc, int Nr) {
   } else {
     result = Reallocate(Nc, Nr);
   }
+  ++store_version_;
   Changed();
   return result;
 }
@@ -294,6 +337,7 @@ void TStringArray::GarbageCollection() {
     FFirstFree[pool - 1] = write;
   }
   ResetPlacementHints();
+  ++store_version_;
 }
 
 void TStringArray::Clear() {
@@ -355,6 +399,7 @@ void TStringArray::Assign(const zyn::platform::TPersistent& Source) {
   FOnBefSortExc.swap(on_before);
   FOnPercentDone.swap(on_percent);
   first_fit_ = source->first_fit_;
+  ++store_version_;
 }
 
 void TStringArray::TakeStorage(TStringArray& other) noexcept {
@@ -369,6 +414,7 @@ void TStringArray::TakeStorage(TStringArray& other) noexcept {
   FRowAttrib.swap(other.FRowAttrib);
   FColAttrib.swap(other.FColAttrib);
   std::swap(first_fit_, other.first_fit_);
+  ++store_version_;
 }
 
 void TStringArray::AssignTo(zyn::platform::TPersistent& Dest) const {
@@ -452,6 +498,58 @@ bool TStringArray::SortPass(int gap, int Col, int ColSec, int wrong_way) {
   return exchanged;
 }
 
+// A row in the sort's working array: the sort prefix of its primary text,
+// the length of that text, and the physical row.
+struct TStringArray::KeyedRow {
+  std::uint64_t prefix;
+  std::int32_t length;
+  std::int32_t row;
+};
+
+void TStringArray::LoadSortKeys(std::vector<KeyedRow>& keys, int Col) const {
+  const std::uint32_t* primary = Col >= 0 && Col <= FNCol ? FPoiArray[Col].data() : nullptr;
+  keys.resize(static_cast<std::size_t>(FNRow));
+  for (int i = 0; i < FNRow; ++i) {
+    const std::int32_t row = FSortIx[static_cast<std::size_t>(i)];
+    const std::string_view text =
+        primary != nullptr ? EntryBytes(primary[row - 1]) : std::string_view();
+    keys[static_cast<std::size_t>(i)] = {SortPrefix(text), static_cast<std::int32_t>(text.size()),
+                                         row};
+  }
+}
+
+bool TStringArray::KeyedSortPass(std::vector<KeyedRow>& keys, int gap, int Col, int ColSec,
+                                 int wrong_way) const {
+  const std::uint32_t* primary = Col >= 0 && Col <= FNCol ? FPoiArray[Col].data() : nullptr;
+  const std::uint32_t* secondary =
+      ColSec >= 1 && ColSec <= FNCol ? FPoiArray[ColSec].data() : nullptr;
+  auto text = [this](const std::uint32_t* column, std::int32_t physical) {
+    return column != nullptr ? EntryBytes(column[physical - 1]) : std::string_view();
+  };
+  bool exchanged = false;
+  const std::size_t last = keys.size() - std::min(keys.size(), static_cast<std::size_t>(gap));
+  KeyedRow* k = keys.data();
+  for (std::size_t i = 0; i < last; ++i) {
+    KeyedRow& a = k[i];
+    KeyedRow& b = k[i + static_cast<std::size_t>(gap)];
+    int order;
+    if (a.prefix != b.prefix) {
+      order = a.prefix < b.prefix ? -1 : 1;
+    } else if (a.length <= 8 && b.length <= 8) {
+      order = a.length == b.length ? 0 : (a.length < b.length ? -1 : 1);
+    } else {
+      order = CompareKeys(text(primary, a.row), text(primary, b.row));
+    }
+    if (order == 0 && ColSec >= 1)
+      order = CompareKeys(text(secondary, a.row), text(secondary, b.row));
+    if (order == wrong_way) {
+      std::swap(a, b);
+      exchanged = true;
+    }
+  }
+  return exchanged;
+}
+
 void TStringArray::Sort(int Col, int ColSec, bool Ascending) {
   if (FOnPercentDone) FOnPercentDone(this, 0);
   const int n_rows = FNRow;
@@ -463,6 +561,28 @@ void TStringArray::Sort(int Col, int ColSec, bool Ascending) {
   estimate += n_rows;
   if (n_rows >= 2) {
     const int wrong_way = Ascending ? 1 : -1;
+    // Without an OnBeforeSortExchange handler the passes run over a working
+    // array of keyed rows, which FSortIx takes back before anyone can look:
+    // before each OnPercentDone call and at the end. A handler that changed
+    // the table has the array taken afresh from what it left.
+    std::vector<KeyedRow> keys;
+    bool keyed = false;
+    const auto load = [&] {
+      keyed = !FOnBefSortExc;
+      if (!keyed) return;
+      try {
+        LoadSortKeys(keys, Col);
+      } catch (const std::exception&) {  // no room for the array: the same passes in place
+        keyed = false;
+        std::vector<KeyedRow>().swap(keys);
+      }
+    };
+    const auto store = [&] {
+      if (!keyed) return;
+      for (std::size_t i = 0; i < keys.size(); ++i) FSortIx[i] = keys[i].row;
+      ++store_version_;
+    };
+    load();
     std::int64_t compared = 0;
     int gap = n_rows;
     // A consistent comparison brings the gap-1 passes to rest within n_rows
@@ -471,13 +591,18 @@ void TStringArray::Sort(int Col, int ColSec, bool Ascending) {
     int passes_at_one = 0;
     for (;;) {
       gap = std::max(gap * 10 / 13, 1);
-      const bool exchanged = SortPass(gap, Col, ColSec, wrong_way);
+      const bool exchanged = keyed ? KeyedSortPass(keys, gap, Col, ColSec, wrong_way)
+                                   : SortPass(gap, Col, ColSec, wrong_way);
       compared += n_rows - gap;
       if (FOnPercentDone) {
+        store();
+        const std::uint64_t seen = store_version_;
         FOnPercentDone(this, static_cast<int>(std::nearbyint(compared / estimate * 100.0)));
+        if (store_version_ != seen || keyed == static_cast<bool>(FOnBefSortExc)) load();
       }
       if (gap == 1 && (!exchanged || ++passes_at_one > n_rows)) break;
     }
+    store();
     Changed();
   }
   if (FOnPercentDone) FOnPercentDone(this, 100);
@@ -507,6 +632,7 @@ int TStringArray::GetSortOrder(int ix) const {
 
 void TStringArray::SetSortOrder(int ix, int position) {
   if (ix >= 1 && ix <= FNRow && position >= 1 && position <= FNRow) FSortIx[ix - 1] = position;
+  ++store_version_;
 }
 
 // ---------------------------------------------------------------------------
@@ -630,6 +756,7 @@ void TStringArray::InsertRow(int r) {
   } else {
     std::rotate(first + r - 1, first + rs - 1, first + rs);
   }
+  ++store_version_;
 }
 
 void TStringArray::RemoveRow(int r) {

@@ -114,8 +114,9 @@ class TStringArray : public zyn::platform::TComponent {
   // --- Sorting -------------------------------------------------------------
 
   // Comb sort of the row index by column Col, then by ColSec if it is 1 or
-  // more, ignoring ASCII case. Moves no text and allocates nothing (without
-  // an OnBeforeSortExchange handler). Fires OnPercentDone with 0, after each
+  // more, ignoring ASCII case. Moves no text. Without an OnBeforeSortExchange
+  // handler it works on a temporary array of 16 bytes a row (in place, more
+  // slowly, if that can't be had). Fires OnPercentDone with 0, after each
   // pass and with 100, and OnChange once if the table has 2 rows or more.
   void Sort(int Col, int ColSec, bool Ascending);
   // OutString := InString, then OnBeforeSortExchange may change it.
@@ -189,7 +190,10 @@ class TStringArray : public zyn::platform::TComponent {
     FOnPercentDone = std::move(Value);
   }
   const TBeforeSortExchgEvent& OnBeforeSortExchange() const { return FOnBefSortExc; }
-  void SetOnBeforeSortExchange(TBeforeSortExchgEvent Value) { FOnBefSortExc = std::move(Value); }
+  void SetOnBeforeSortExchange(TBeforeSortExchgEvent Value) {
+    FOnBefSortExc = std::move(Value);
+    ++store_version_;
+  }
 
   // --- Inspection of the storage, for diagnostics and tests -----------------
 
@@ -218,6 +222,12 @@ class TStringArray : public zyn::platform::TComponent {
   int CompareCells(int col, int a, int b);
   // One pass of the comb sort at `gap`; true if it exchanged rows.
   bool SortPass(int gap, int Col, int ColSec, int wrong_way);
+  struct KeyedRow;
+  // The rows of FSortIx with the sort prefixes of column Col.
+  void LoadSortKeys(std::vector<KeyedRow>& keys, int Col) const;
+  // SortPass over the keyed rows: the same comparisons and exchanges.
+  bool KeyedSortPass(std::vector<KeyedRow>& keys, int gap, int Col, int ColSec,
+                     int wrong_way) const;
   void PrefetchEntry(std::uint32_t word) const;
   bool FindCellIntern(std::u16string_view FindStr, bool MatchCase, int ColLow, int ColHigh,
                       int RowLow, int RowHigh, int& Col, int& row, bool Exact) const;
@@ -247,6 +257,9 @@ class TStringArray : public zyn::platform::TComponent {
   // the scan for a place may start here and give the same pool as a scan
   // from pool 1.
   std::array<std::int32_t, 256> first_fit_{};
+  // Counts changes of cells, dimensions, sort order and comparison, so that
+  // a sort sees whether an OnPercentDone handler changed the table.
+  std::uint64_t store_version_ = 0;
 };
 
 }  // namespace Zyn_dstruct

@@ -255,24 +255,42 @@ TEST(StringArrayTest, SortIgnoresAsciiCaseInBothDirections) {
 }
 
 TEST(StringArrayTest, SortWithAndWithoutHandlerAgree) {
-  // Without a handler the sort reads the pools directly; a handler that keeps
-  // the texts must give the very same order, ties included.
-  for (bool ascending : {true, false}) {
-    TStringArray plain;
-    plain.Resize(2, 500);
-    zyn::platform::RandSeed = 77;
-    for (int r = 1; r <= 500; ++r) {
-      std::string key(1 + zyn::platform::Random(3), ' ');
-      for (auto& ch : key) ch = "aAbB\x80\xC4\xE4z"[zyn::platform::Random(8)];
-      plain.SetString(1, r, ShortString::FromBytes(key));
-      plain.SetString(2, r, ShortString::FromBytes(std::to_string(zyn::platform::Random(5))));
+  // Without a handler the sort compares eight-byte prefixes first and reads
+  // the pools directly; a handler that keeps the texts must give the very
+  // same order, ties included: texts short and long, equal for more than
+  // eight bytes, with NUL bytes and bytes whose characters lie above 255.
+  // A progress handler that changes the table halfway must not matter either.
+  for (const bool ascending : {true, false}) {
+    for (const bool meddle : {false, true}) {
+      SCOPED_TRACE(::testing::Message() << ascending << meddle);
+      TStringArray plain;
+      plain.Resize(2, 500);
+      zyn::platform::RandSeed = 77;
+      for (int r = 1; r <= 500; ++r) {
+        std::string key(static_cast<std::size_t>(zyn::platform::Random(14)), ' ');
+        for (auto& ch : key) ch = "aAbB\x80\xC4\xE4z\0"[zyn::platform::Random(9)];
+        if (r % 3 == 0) key = "aAaAaAaAa" + key.substr(0, 4);
+        plain.SetString(1, r, ShortString::FromBytes(key));
+        plain.SetString(2, r, ShortString::FromBytes(std::to_string(zyn::platform::Random(5))));
+      }
+      TStringArray handled;
+      handled.Assign(plain);
+      handled.SetOnBeforeSortExchange([](TObject*, const std::u16string&, std::u16string&) {});
+      for (TStringArray* a : {&plain, &handled}) {
+        if (!meddle) continue;
+        a->SetOnPercentDone([a, calls = 0](TObject*, int) mutable {
+          if (++calls == 4) a->SetString(1, 7, ShortString::FromBytes("AAAAAAAAAAAA"));
+          if (calls == 6) a->SetNrRows(450);
+          if (calls == 9) a->SetString(1, 9, ShortString::FromBytes("B"));
+        });
+      }
+      plain.Sort(1, 2, ascending);
+      handled.Sort(1, 2, ascending);
+      ASSERT_EQ(plain.NrOfRows(), handled.NrOfRows());
+      for (int r = 1; r <= plain.NrOfRows(); ++r) {
+        ASSERT_EQ(plain.SortOrder(r), handled.SortOrder(r)) << r;
+      }
     }
-    TStringArray handled;
-    handled.Assign(plain);
-    handled.SetOnBeforeSortExchange([](TObject*, const std::u16string&, std::u16string&) {});
-    plain.Sort(1, 2, ascending);
-    handled.Sort(1, 2, ascending);
-    for (int r = 1; r <= 500; ++r) ASSERT_EQ(plain.SortOrder(r), handled.SortOrder(r)) << r;
   }
   // A handler decides by what it gives back; no cell changes.
   TStringArray a;

@@ -68,56 +68,27 @@ TEST(SaveDialogTest, StandardDialogRounds) {
   zyn::testing::TempDir dir;
   zyn::testing::WriteFileBytes(dir / "taken.dat", "x");
   const std::u16string folder = FromUTF8(dir.path().string()) + u"/";
+  // Each round the user confirms (or cancels) the next of `picked` in the folder.
   struct Case {
-    const char* name;
-    std::u16string params;
-    std::deque<ScriptedDialog::Answer> answers;
+    std::u16string_view params;
+    bool confirmed;
+    std::vector<std::u16string_view> picked;
     std::vector<TModalResult> overwrite_replies;  // empty: no OnOverwrite
     bool result;
-    std::u16string file_name;
-    std::size_t rounds;
+    std::u16string_view file_name;
   };
   const Case cases[] = {
-      {"ext replaces the chosen extension",
-       u"ext=dat",
-       {{true, folder + u"report.txt"}},
-       {},
-       true,
-       folder + u"report.dat",
-       1},
-      {"ext applies after a cancel too",
-       u"ext=dat",
-       {{false, folder + u"draft.txt"}},
-       {},
-       false,
-       folder + u"draft.dat",
-       1},
-      {"mrNo asks again with the last name",
-       u"ext=dat",
-       {{true, folder + u"taken.txt"}, {true, folder + u"fresh"}},
-       {mrNo},
-       true,
-       folder + u"fresh.dat",
-       2},
-      {"mrYes overwrites",
-       u"",
-       {{true, folder + u"taken.dat"}},
-       {mrYes},
-       true,
-       folder + u"taken.dat",
-       1},
-      {"mrCancel gives up",
-       u"",
-       {{true, folder + u"taken.dat"}},
-       {mrCancel},
-       false,
-       folder + u"taken.dat",
-       1},
+      {u"ext=dat", true, {u"report.txt"}, {}, true, u"report.dat"},  // ext replaces the extension
+      {u"ext=dat", false, {u"draft.txt"}, {}, false, u"draft.dat"},  // ext applies after a cancel
+      {u"ext=dat", true, {u"taken.txt", u"fresh"}, {mrNo}, true, u"fresh.dat"},  // asks again
+      {u"", true, {u"taken.dat"}, {mrYes}, true, u"taken.dat"},                  // overwrites
+      {u"", true, {u"taken.dat"}, {mrCancel}, false, u"taken.dat"},              // gives up
   };
   for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
+    SCOPED_TRACE(::testing::Message() << Utf8(c.file_name) << " " << c.result);
     ScriptedDialog script;
-    script.answers = c.answers;
+    for (std::u16string_view name : c.picked)
+      script.answers.push_back({c.confirmed, folder + std::u16string(name)});
     TUnivSaveDialog d;
     d.SetParameters(c.params);
     d.SetFileName(u"start.txt");
@@ -130,10 +101,11 @@ TEST(SaveDialogTest, StandardDialogRounds) {
       });
     }
     EXPECT_EQ(d.Execute(), c.result);
-    EXPECT_EQ(Utf8(d.FileName()), Utf8(c.file_name));
-    ASSERT_EQ(script.shown.size(), c.rounds);
+    EXPECT_EQ(Utf8(d.FileName()), Utf8(folder + std::u16string(c.file_name)));
+    ASSERT_EQ(script.shown.size(), c.picked.size());
     EXPECT_EQ(script.shown[0].name, u"start.txt");
-    if (c.rounds > 1) {
+    // A second round starts from the name the first one settled on.
+    if (c.picked.size() > 1) {
       EXPECT_EQ(script.shown[1].name, folder + u"taken.dat");
     }
   }

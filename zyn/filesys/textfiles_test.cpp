@@ -38,12 +38,9 @@ TEST(TextFilesTest, CheckTextFileTypeByFirstBytes) {
       {std::string("\xFF\xFE\0", 3), tftUnicode4_le},  // the missing byte counts as 0
       {std::string("\xFF\xFE\0x", 4), tftUnicode_le},
       {std::string("\0\0\xFE\xFF", 4), tftUnicode4_be},
-      {"\xFE\xFF"
-       "ab",
-       tftUnicode_be},
+      {"\xFE\xFF\x61\x62", tftUnicode_be},
       {"\xEF\xBB\xBFtext", tftUTF8},
-      {"{\\rtf1", tftRTF},
-  };
+      {"{\\rtf1", tftRTF}};
   for (const auto& [bytes, type] : cases) {
     SCOPED_TRACE(bytes);
     WriteFileBytes(dir / "f", bytes);
@@ -59,13 +56,11 @@ TEST(TextFilesTest, CheckTextFileTypeByFirstBytes) {
 
 TEST(TextFilesTest, EnsureCRLFAndAppend) {
   TempDir dir;
-  const std::pair<std::string, std::string> cases[] = {
-      {"a\rb", "a\r\nb"},
-      {"a\r", "a\r\n"},
-      {"\r\rx", "\r\n\rx"},
-      {"a\nb\r\n", "a\nb\r\n"},
-      {"\xC3\xA4\r\xFF", "\xC3\xA4\r\n\xFF"},
-  };
+  const std::pair<std::string, std::string> cases[] = {{"a\rb", "a\r\nb"},
+                                                       {"a\r", "a\r\n"},
+                                                       {"\r\rx", "\r\n\rx"},
+                                                       {"a\nb\r\n", "a\nb\r\n"},
+                                                       {"\xC3\xA4\r\xFF", "\xC3\xA4\r\n\xFF"}};
   for (const auto& [in, out] : cases) {
     WriteFileBytes(dir / "in", in);
     EnsureCRLFInFile(Name(dir / "in"), Name(dir / "out"));
@@ -92,16 +87,14 @@ TEST(TextFilesTest, CountsLinesWithFeedbackAndLastLines) {
     int lines, feedback;
     std::vector<std::u16string> last2;
   };
-  const Case cases[] = {
-      {"", 0, 0, {u"", u""}},
-      {"a", 1, 0, {u"", u"a"}},
-      {"a\r\nb\r\nc", 3, 0, {u"b", u"c"}},
-      {"\r\r\n", 2, 0, {u"", u""}},
-      {"a\n\nb\r", 3, 0, {u"", u"b"}},
-      {lines(999), 999, 0, {u"998", u"999"}},
-      {lines(1000), 1000, 1, {u"999", u"1000"}},
-      {lines(2500) + "x", 2501, 2, {u"2500", u"x"}},
-  };
+  const Case cases[] = {{"", 0, 0, {u"", u""}},
+                        {"a", 1, 0, {u"", u"a"}},
+                        {"a\r\nb\r\nc", 3, 0, {u"b", u"c"}},
+                        {"\r\r\n", 2, 0, {u"", u""}},
+                        {"a\n\nb\r", 3, 0, {u"", u"b"}},
+                        {lines(999), 999, 0, {u"998", u"999"}},
+                        {lines(1000), 1000, 1, {u"999", u"1000"}},
+                        {lines(2500) + "x", 2501, 2, {u"2500", u"x"}}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.text.substr(0, 20));
     WriteFileBytes(dir / "t", c.text);

@@ -34,18 +34,16 @@ TEST(GlobsTest, WeightCaseFlagsAndShapes) {
     std::string_view type;
     int rank;
   };
-  const Case cases[] = {
-      {"c", "text/x-csrc", 100},
-      {"C", "text/x-c++src", 101},
-      {"TXT", "text/plain", 100},
-      {"gz", "application/gzip", 40},
-      {"jpg", "image/x-jpeg", 140},
-      {"Jpg", "image/x-jpeg", 140},
-      {"readme", "", -1},
-      {"bad", "", -1},
-      {"empty", "", -1},
-      {"", "", -1},
-  };
+  const Case cases[] = {{"c", "text/x-csrc", 100},
+                        {"C", "text/x-c++src", 101},
+                        {"TXT", "text/plain", 100},
+                        {"gz", "application/gzip", 40},
+                        {"jpg", "image/x-jpeg", 140},
+                        {"Jpg", "image/x-jpeg", 140},
+                        {"readme", "", -1},
+                        {"bad", "", -1},
+                        {"empty", "", -1},
+                        {"", "", -1}};
   for (const Case& c : cases) {
     SCOPED_TRACE(std::string(c.ext));
     std::string type;

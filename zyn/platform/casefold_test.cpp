@@ -1,6 +1,8 @@
 #include "zyn/platform/casefold.h"
 
 #include <gtest/gtest.h>
+#include <locale.h>
+#include <wctype.h>
 
 #include "testing/zyn_testing.h"
 
@@ -58,6 +60,31 @@ TEST(CaseFoldTest, CaseInsensitiveComparison) {
   EXPECT_EQ(AnsiStrLIComp(u"abcX", u"ABCy", 3), 0);
   EXPECT_LT(AnsiStrLIComp(u"abcX", u"ABCy", 4), 0);
   EXPECT_EQ(AnsiStrLIComp(u"ab", u"AB", 10), 0);
+}
+
+// Locale folding is Unicode's simple one-to-one mapping, which is also what
+// the C library's towupper/towlower give in the C.UTF-8 locale.
+TEST(CaseFoldTest, LocaleFoldingAgreesWithTheCLibrary) {
+  const locale_t utf8 = newlocale(LC_CTYPE_MASK, "C.UTF-8", locale_t{});
+  if (utf8 == locale_t{}) GTEST_SKIP() << "no C.UTF-8 locale on this machine";
+  int mismatches = 0;
+  for (wint_t c = 0; c < 0x10000; ++c) {
+    if (c >= 0xD800 && c <= 0xDFFF) continue;
+    const auto ch = static_cast<char16_t>(c);
+    const auto up = static_cast<wint_t>(towupper_l(c, utf8));
+    const auto low = static_cast<wint_t>(towlower_l(c, utf8));
+    // A mapping out of the BMP can't be one code unit; such characters stay.
+    const char16_t want_up = up < 0x10000 ? static_cast<char16_t>(up) : ch;
+    const char16_t want_low = low < 0x10000 ? static_cast<char16_t>(low) : ch;
+    if (AnsiUpCaseChar(ch) != want_up || AnsiLowCaseChar(ch) != want_low) {
+      ADD_FAILURE() << std::hex << "U+" << c << ": upper " << +AnsiUpCaseChar(ch) << " vs "
+                    << +want_up << ", lower " << +AnsiLowCaseChar(ch) << " vs " << +want_low;
+      if (++mismatches == 20) break;
+    }
+  }
+  freelocale(utf8);
+  EXPECT_EQ(AnsiLowCaseChar(u'\u0130'), u'\u0069');
+  EXPECT_EQ(AnsiUpCaseChar(u'\u1FB3'), u'\u1FBC');
 }
 
 }  // namespace

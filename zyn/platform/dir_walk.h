@@ -42,6 +42,8 @@ class DirHandle {
   int OpenChild(std::u16string_view name, DirHandle& out) const;
 
   bool IsOpen() const { return fd_ >= 0; }
+  // True if both handles are open on the same directory.
+  bool SameAs(const DirHandle& other) const;
 
   // The next entry other than "." and ".."; false at the end or on a read
   // error. An entry that vanishes between listing and looking is passed over.
@@ -71,12 +73,20 @@ class DirHandle {
  private:
   explicit DirHandle(int fd);
   int fd_ = -1;
-  struct Listing;
+
+ public:
+  struct Listing;  // internal
+
+ private:
   std::unique_ptr<Listing> listing_;
 };
 
+// True if `name` (links followed) is the file open as `handle`.
+bool IsSameFile(int handle, std::u16string_view name);
 // The size of an open file, or -1.
 std::int64_t FileSize(int handle);
+// Cuts or extends an open file to `size` bytes. False on failure.
+bool FileTruncate(int handle, std::int64_t size);
 // Gives `to_handle` the permission bits of `from_handle`, with owner write
 // added: a read-only source never gives a read-only copy. False on failure.
 bool FileCopyPermissions(int from_handle, int to_handle);

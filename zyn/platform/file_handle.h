@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace zyn::platform::file_detail {
 
@@ -22,6 +23,11 @@ enum class OpenKind : std::uint8_t {
   kCreateWriteOnly  // created or truncated, write only
 };
 
+// A file name in the system's encoding (UTF-8, with the lossless rule of
+// FromUTF8). A name holding a NUL gives "", which names no file: the system
+// would read the name only up to the NUL and reach another file.
+std::string SystemName(std::u16string_view name);
+
 class FileHandle {
  public:
   FileHandle() = default;
@@ -30,7 +36,8 @@ class FileHandle {
   ~FileHandle();
 
   // Opens `utf8_name`; 0 on success, else the error number. Closes any file
-  // held before.
+  // held before. A name holding a NUL byte is refused as invalid: the
+  // system would read it only up to the NUL and open another file.
   int Open(const std::string& utf8_name, OpenKind kind);
   // 0 on success, else the error number. Closing a closed handle is a no-op.
   int Close();
@@ -64,6 +71,7 @@ std::string ErrorText(int error);
 
 // Error numbers the callers tell apart.
 bool IsNotFound(int error);
+bool IsInvalidName(int error);
 bool IsPathNotFound(int error);
 bool IsAccessDenied(int error);
 bool IsTooManyOpenFiles(int error);

@@ -27,12 +27,12 @@ bool PlainMatch(std::u16string_view name, std::u16string_view mask) {
   std::size_t n = 0, m = 0;
   std::size_t star = std::u16string_view::npos, star_n = 0;
   while (n < name.size()) {
-    if (m < mask.size() && (mask[m] == u'?' || mask[m] == name[n])) {
-      ++n;
-      ++m;
-    } else if (m < mask.size() && mask[m] == u'*') {
+    if (m < mask.size() && mask[m] == u'*') {
       star = m++;
       star_n = n;
+    } else if (m < mask.size() && (mask[m] == u'?' || mask[m] == name[n])) {
+      ++n;
+      ++m;
     } else if (star != std::u16string_view::npos) {
       m = star + 1;
       n = ++star_n;

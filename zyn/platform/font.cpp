@@ -30,15 +30,15 @@ void TFont::SetName(std::u16string_view value) {
   Changed();
 }
 
-void TFont::SetSize(int value) {
-  if (value == size_) return;
-  size_ = value;
+int TFont::Size() const noexcept { return -MulDiv(height_, 72, pixels_per_inch_); }
+
+void TFont::SetSize(int value) { SetHeight(-MulDiv(value, pixels_per_inch_, 72)); }
+
+void TFont::SetHeight(int value) {
+  if (value == height_) return;
+  height_ = value;
   Changed();
 }
-
-int TFont::Height() const noexcept { return -MulDiv(size_, pixels_per_inch_, 72); }
-
-void TFont::SetHeight(int value) { SetSize(-MulDiv(value, 72, pixels_per_inch_)); }
 
 void TFont::SetStyle(TFontStyles value) {
   if (value == style_) return;
@@ -61,7 +61,7 @@ void TFont::SetPixelsPerInch(int value) {
 void TFont::Assign(const TPersistent& Source) {
   if (const auto* f = dynamic_cast<const TFont*>(&Source)) {
     name_ = f->name_;
-    size_ = f->size_;
+    height_ = f->height_;
     style_ = f->style_;
     color_ = f->color_;
     pixels_per_inch_ = f->pixels_per_inch_;

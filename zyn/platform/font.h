@@ -58,10 +58,11 @@ inline constexpr int kDefaultFontSize = 10;
 // The resolution a new font converts points at: the screen's usual 96 dpi.
 inline constexpr int kDefaultPixelsPerInch = 96;
 
-// A font description: family name, size in points, styles, colour, and the
-// resolution at which the size turns into pixels. Setters fire OnChange only
-// when the value changes; Assign copies everything but OnChange and fires
-// nothing.
+// A font description: family name, size, styles, colour, and the resolution
+// at which points turn into pixels. The height in pixels is what the font
+// keeps: a new resolution leaves it and changes Size. Setters fire OnChange
+// only when the value changes; Assign copies everything but OnChange and
+// fires nothing.
 class TFont : public TPersistent {
  public:
   TFont() = default;
@@ -69,14 +70,14 @@ class TFont : public TPersistent {
   const std::u16string& Name() const noexcept { return name_; }
   void SetName(std::u16string_view value);
 
-  // Size in points.
-  int Size() const noexcept { return size_; }
+  // Size in points at PixelsPerInch: -round(Height * 72 / ppi).
+  int Size() const noexcept;
+  // Sets Height to -round(value * ppi / 72), halves away from 0.
   void SetSize(int value);
 
-  // The height in pixels at PixelsPerInch, negative as the runtime gives it
-  // for a character height: -round(Size * ppi / 72), halves away from 0.
-  int Height() const noexcept;
-  // Sets Size to -round(value * 72 / ppi), the inverse of Height().
+  // The height in pixels, negative for a character height (the em) as the
+  // runtime gives it, positive for a cell height.
+  int Height() const noexcept { return height_; }
   void SetHeight(int value);
 
   TFontStyles Style() const noexcept { return style_; }
@@ -97,7 +98,7 @@ class TFont : public TPersistent {
   void Changed();
 
   std::u16string name_{kDefaultFontName};
-  int size_ = kDefaultFontSize;
+  int height_ = -13;  // kDefaultFontSize at kDefaultPixelsPerInch
   TFontStyles style_;
   TColor color_ = 0;
   int pixels_per_inch_ = kDefaultPixelsPerInch;

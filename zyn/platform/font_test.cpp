@@ -23,6 +23,10 @@ TEST(FontTest, DefaultsHeightAndFiringOnlyOnChange) {
   f.SetStyle({fsBold, fsStrikeOut});
   EXPECT_EQ(f.Style().Bits(), 0b1001);
   EXPECT_EQ(fired, 3);
+  // A new resolution keeps the pixels and changes the points.
+  f.SetPixelsPerInch(96);
+  EXPECT_EQ(f.Height(), -38);
+  EXPECT_EQ(f.Size(), 29);  // 38 * 72 / 96 = 28.5
 }
 
 TEST(FontTest, AssignCopiesAllButHandlerAndFiresNothing) {

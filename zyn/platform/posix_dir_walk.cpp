@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "zyn/platform/dir_walk.h"
+#include "zyn/platform/file_handle.h"
 #include "zyn/platform/posix_attr.h"
 #include "zyn/platform/text.h"
 
@@ -23,12 +24,25 @@ constexpr int kDirFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 }  // namespace
 
+// The readdir(3) state over the handle's descriptor; closing it closes
+// the descriptor too.
 struct DirHandle::Listing {
   DIR* dir = nullptr;
-  ~Listing() {
-    if (dir != nullptr) ::closedir(dir);
-  }
 };
+
+namespace {
+
+void CloseHandle(int& fd, std::unique_ptr<DirHandle::Listing>& listing) {
+  if (listing) {
+    ::closedir(listing->dir);
+  } else if (fd >= 0) {
+    ::close(fd);
+  }
+  listing.reset();
+  fd = -1;
+}
+
+}  // namespace
 
 DirHandle::DirHandle() = default;
 DirHandle::DirHandle(int fd) : fd_(fd) {}
@@ -38,21 +52,17 @@ DirHandle::DirHandle(DirHandle&& other) noexcept
 
 DirHandle& DirHandle::operator=(DirHandle&& other) noexcept {
   if (this != &other) {
-    listing_.reset();
-    if (fd_ >= 0) ::close(fd_);
+    CloseHandle(fd_, listing_);
     fd_ = std::exchange(other.fd_, -1);
     listing_ = std::move(other.listing_);
   }
   return *this;
 }
 
-DirHandle::~DirHandle() {
-  listing_.reset();
-  if (fd_ >= 0) ::close(fd_);
-}
+DirHandle::~DirHandle() { CloseHandle(fd_, listing_); }
 
 int DirHandle::Open(std::u16string_view path, bool follow_last, DirHandle& out) {
-  std::string native = ToUTF8(path.empty() ? std::u16string_view(u".") : path);
+  std::string native = file_detail::SystemName(path.empty() ? std::u16string_view(u".") : path);
   // A trailing '/' would make the kernel follow a link as the last component.
   while (!follow_last && native.size() > 1 && native.back() == '/') native.pop_back();
   const int flags = follow_last ? (kDirFlags & ~O_NOFOLLOW) : kDirFlags;
@@ -68,7 +78,7 @@ int DirHandle::Open(std::u16string_view path, bool follow_last, DirHandle& out) 
 int DirHandle::OpenChild(std::u16string_view name, DirHandle& out) const {
   int fd;
   do {
-    fd = ::openat(fd_, ToUTF8(name).c_str(), kDirFlags);
+    fd = ::openat(fd_, file_detail::SystemName(name).c_str(), kDirFlags);
   } while (fd < 0 && errno == EINTR);
   if (fd < 0) return errno;
   out = DirHandle(fd);
@@ -78,14 +88,11 @@ int DirHandle::OpenChild(std::u16string_view name, DirHandle& out) const {
 bool DirHandle::Next(DirEntry& entry) {
   if (fd_ < 0) return false;
   if (!listing_) {
-    // The listing reads through its own descriptor, so fd_ stays usable for
-    // the *at calls and keeps no shared offset with it.
-    const int dup_fd = ::openat(fd_, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (dup_fd < 0) return false;
+    // The listing reads through the handle's own descriptor: the *at calls
+    // don't use its offset, and a deep walk needs one descriptor per level.
     listing_ = std::make_unique<Listing>();
-    listing_->dir = ::fdopendir(dup_fd);
+    listing_->dir = ::fdopendir(fd_);
     if (listing_->dir == nullptr) {
-      ::close(dup_fd);
       listing_.reset();
       return false;
     }
@@ -100,11 +107,14 @@ bool DirHandle::Next(DirEntry& entry) {
   }
 }
 
-void DirHandle::Rewind() { listing_.reset(); }
+void DirHandle::Rewind() {
+  if (listing_) ::rewinddir(listing_->dir);
+}
 
 int DirHandle::Stat(std::u16string_view name, DirEntry& entry) const {
   struct stat st;
-  if (::fstatat(fd_, ToUTF8(name).c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0) return errno;
+  if (::fstatat(fd_, file_detail::SystemName(name).c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0)
+    return errno;
   entry.name.assign(name);
   entry.attr = AttrOf(st, name);
   entry.size = st.st_size;
@@ -112,15 +122,15 @@ int DirHandle::Stat(std::u16string_view name, DirEntry& entry) const {
 }
 
 int DirHandle::RemoveFile(std::u16string_view name) const {
-  return ::unlinkat(fd_, ToUTF8(name).c_str(), 0) == 0 ? 0 : errno;
+  return ::unlinkat(fd_, file_detail::SystemName(name).c_str(), 0) == 0 ? 0 : errno;
 }
 
 int DirHandle::RemoveDir(std::u16string_view name) const {
-  return ::unlinkat(fd_, ToUTF8(name).c_str(), AT_REMOVEDIR) == 0 ? 0 : errno;
+  return ::unlinkat(fd_, file_detail::SystemName(name).c_str(), AT_REMOVEDIR) == 0 ? 0 : errno;
 }
 
 int DirHandle::MakeDir(std::u16string_view name) const {
-  const std::string native = ToUTF8(name);
+  const std::string native = file_detail::SystemName(name);
   if (::mkdirat(fd_, native.c_str(), 0777) == 0) return 0;
   const int error = errno;
   struct stat st;
@@ -134,7 +144,8 @@ int DirHandle::MakeDir(std::u16string_view name) const {
 int DirHandle::OpenFileRead(std::u16string_view name) const {
   int fd;
   do {
-    fd = ::openat(fd_, ToUTF8(name).c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
+    fd = ::openat(fd_, file_detail::SystemName(name).c_str(),
+                  O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK);
   } while (fd < 0 && errno == EINTR);
   if (fd < 0) return -1;
   struct stat st;
@@ -150,15 +161,15 @@ int DirHandle::OpenFileRead(std::u16string_view name) const {
 int DirHandle::CreateFile(std::u16string_view name) const {
   int fd;
   do {
-    fd = ::openat(fd_, ToUTF8(name).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC,
-                  0666);
+    fd = ::openat(fd_, file_detail::SystemName(name).c_str(),
+                  O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC, 0666);
   } while (fd < 0 && errno == EINTR);
   return fd < 0 ? -1 : fd;
 }
 
 int DirHandle::ReadLink(std::u16string_view name, std::u16string& target) const {
   std::string buffer(256, '\0');
-  const std::string native = ToUTF8(name);
+  const std::string native = file_detail::SystemName(name);
   for (;;) {
     const ssize_t n = ::readlinkat(fd_, native.c_str(), buffer.data(), buffer.size());
     if (n < 0) return errno;
@@ -173,12 +184,35 @@ int DirHandle::ReadLink(std::u16string_view name, std::u16string& target) const 
 }
 
 int DirHandle::MakeLink(std::u16string_view target, std::u16string_view name) const {
-  return ::symlinkat(ToUTF8(target).c_str(), fd_, ToUTF8(name).c_str()) == 0 ? 0 : errno;
+  return ::symlinkat(file_detail::SystemName(target).c_str(), fd_,
+                     file_detail::SystemName(name).c_str()) == 0
+             ? 0
+             : errno;
+}
+
+bool DirHandle::SameAs(const DirHandle& other) const {
+  struct stat a, b;
+  return fd_ >= 0 && other.fd_ >= 0 && ::fstat(fd_, &a) == 0 && ::fstat(other.fd_, &b) == 0 &&
+         a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+bool IsSameFile(int handle, std::u16string_view name) {
+  struct stat a, b;
+  return ::fstat(handle, &a) == 0 && ::stat(file_detail::SystemName(name).c_str(), &b) == 0 &&
+         a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
 std::int64_t FileSize(int handle) {
   struct stat st;
   return ::fstat(handle, &st) == 0 ? st.st_size : -1;
+}
+
+bool FileTruncate(int handle, std::int64_t size) {
+  int r;
+  do {
+    r = ::ftruncate(handle, static_cast<off_t>(size));
+  } while (r != 0 && errno == EINTR);
+  return r == 0;
 }
 
 bool FileCopyPermissions(int from_handle, int to_handle) {

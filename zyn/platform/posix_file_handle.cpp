@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "zyn/platform/file_handle.h"
+#include "zyn/platform/text.h"
 
 namespace zyn::platform::file_detail {
 namespace {
@@ -50,8 +51,14 @@ std::int64_t Loop(std::size_t count, int& error, Transfer transfer) {
 
 FileHandle::~FileHandle() { Close(); }
 
+std::string SystemName(std::u16string_view name) {
+  if (name.find(u'\0') != std::u16string_view::npos) return {};
+  return ToUTF8(name);
+}
+
 int FileHandle::Open(const std::string& utf8_name, OpenKind kind) {
   Close();
+  if (utf8_name.find('\0') != std::string::npos) return EINVAL;
   int fd;
   do {
     fd = ::open(utf8_name.c_str(), OpenFlags(kind) | O_CLOEXEC, 0666);
@@ -146,6 +153,7 @@ std::string ErrorText(int error) {
 }
 
 bool IsNotFound(int error) { return error == ENOENT; }
+bool IsInvalidName(int error) { return error == EINVAL || error == ENAMETOOLONG; }
 bool IsPathNotFound(int error) { return error == ENOTDIR; }
 bool IsAccessDenied(int error) {
   return error == EACCES || error == EPERM || error == EROFS || error == EISDIR ||

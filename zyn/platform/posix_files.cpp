@@ -10,6 +10,7 @@
 #include <string>
 
 #include "zyn/platform/dir_walk.h"
+#include "zyn/platform/file_handle.h"
 #include "zyn/platform/files.h"
 #include "zyn/platform/posix_attr.h"
 #include "zyn/platform/text.h"
@@ -20,7 +21,7 @@ using posix_detail::AttrOf;
 
 namespace {
 
-std::string Native(std::u16string_view name) { return ToUTF8(name); }
+std::string Native(std::u16string_view name) { return file_detail::SystemName(name); }
 
 bool HasWildcard(std::u16string_view mask) {
   return mask.find_first_of(u"*?") != std::u16string_view::npos;

@@ -28,6 +28,15 @@ std::int64_t SeekTarget(std::int64_t offset, TSeekOrigin origin, std::int64_t cu
   return base + offset;
 }
 
+// Where a write of `count` bytes at `position` ends; raises, as a seek there
+// would, when that lies beyond the position type.
+std::int64_t WriteEnd(std::int64_t position, int count) {
+  if (position > std::numeric_limits<std::int64_t>::max() - count) {
+    throw EStreamError(u"Invalid stream position");
+  }
+  return position + count;
+}
+
 std::u16string FileMessage(std::u16string_view verb, std::u16string_view name, int error) {
   return u"Cannot " + std::u16string(verb) + u" file \"" + std::u16string(name) + u"\". " +
          FromUTF8(file_detail::ErrorText(error));
@@ -100,7 +109,7 @@ int TMemoryStream::Read(void* Buffer, int Count) {
 
 int TMemoryStream::Write(const void* Buffer, int Count) {
   if (Count <= 0) return 0;
-  const std::int64_t end = position_ + Count;
+  const std::int64_t end = WriteEnd(position_, Count);
   if (end > static_cast<std::int64_t>(data_.size())) data_.resize(static_cast<std::size_t>(end));
   std::memcpy(data_.data() + position_, Buffer, static_cast<std::size_t>(Count));
   position_ = end;
@@ -302,6 +311,7 @@ int TFileStream::ReadThroughBuffer(void* Buffer, int Count) {
 int TFileStream::Write(const void* Buffer, int Count) {
   FileStreamWindowLease lease(*this);
   if (!writable_ || Count <= 0) return 0;
+  WriteEnd(buffer_start_ + buffer_cursor_, Count);
   const auto* in = static_cast<const std::uint8_t*>(Buffer);
   int done = 0;
   while (done < Count) {

@@ -23,7 +23,8 @@ namespace zyn::platform {
 enum TSeekOrigin : std::uint8_t { soBeginning, soCurrent, soEnd };
 
 // A stream operation that can't be done: a short ReadBuffer or WriteBuffer,
-// a seek before the start, a size a stream can't take.
+// a seek before the start, a write ending beyond INT64_MAX, a size a stream
+// can't take.
 class EStreamError : public Exception {
  public:
   using Exception::Exception;
@@ -55,7 +56,9 @@ class TStream : public TObject {
   // of the stream or for a `Count` of 0 or less.
   virtual int Read(void* Buffer, int Count) = 0;
   // Writes at most `Count` bytes from `Buffer`; the number written, 0 for a
-  // `Count` of 0 or less or when the stream takes nothing.
+  // `Count` of 0 or less or when the stream takes nothing. A write that would
+  // end beyond INT64_MAX raises EStreamError "Invalid stream position" and
+  // writes nothing.
   virtual int Write(const void* Buffer, int Count) = 0;
   // Moves the position and gives the new one. A target before the start
   // raises EStreamError and leaves the position; a target behind the end is
@@ -88,6 +91,14 @@ class TStream : public TObject {
     }
     return Read(&b, 1) == 1;
   }
+
+  // The bytes ReadByte would give next without a call; often none. Taking
+  // `n` of them with SkipBuffered(n) is the same as `n` ReadByte calls, which
+  // lets a reader scan a run of bytes at once.
+  std::span<const std::uint8_t> BufferedBytes() const noexcept {
+    return {window_next_, static_cast<std::size_t>(window_end_ - window_next_)};
+  }
+  void SkipBuffered(std::size_t n) noexcept { window_next_ += n; }
 
   // Copies `Count` bytes from `Source`'s position to this stream's; with a
   // `Count` of 0 or less, everything from `Source`'s start to its end.

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <initializer_list>
+#include <limits>
 #include <random>
 #include <string>
 #include <vector>
@@ -57,6 +59,46 @@ TEST(StreamTest, WriteBufferRaisesOnShortWrite) {
   TinyStream s(2);
   EXPECT_THROW(s.WriteBuffer("abc", 3), EWriteError);
   EXPECT_EQ(Bytes(s.Memory()), "ab");
+}
+
+// A write whose end the position can't hold is refused before it moves
+// anything.
+TEST(StreamTest, WriteNearTheLargestPositionRaises) {
+  constexpr std::int64_t kMax = std::numeric_limits<std::int64_t>::max();
+  TempDir dir;
+  TMemoryStream memory;
+  TFileStream file(Name(dir / "f"), fmCreate);
+  for (TStream* s : std::initializer_list<TStream*>{&memory, &file}) {
+    SCOPED_TRACE(testing::Utf8(s->ClassName()));
+    for (const std::int64_t position : {kMax, kMax - 1, kMax - 2}) {
+      s->SetPosition(position);
+      EXPECT_THROW(s->Write("abc", 3), EStreamError);
+      EXPECT_THROW(s->WriteBuffer("abc", 3), EStreamError);
+      EXPECT_EQ(s->Position(), position);
+    }
+    s->SetPosition(0);
+    s->WriteBuffer("ok", 2);
+    EXPECT_EQ(s->Position(), 2);
+  }
+  file.FlushBuffer();
+  EXPECT_EQ(ReadFileBytes(dir / "f"), "ok");
+}
+
+// The system would read a name only up to a NUL and open another file.
+TEST(FileStreamTest, NameWithANulIsRefused) {
+  TempDir dir;
+  const std::u16string name = Name(dir / "a") + std::u16string(1, u'\0') + u"b";
+  EXPECT_THROW(TFileStream(name, fmCreate), EFCreateError);
+  EXPECT_FALSE(std::filesystem::exists(dir / "a"));  // cut at the NUL, it would have been made
+  WriteFileBytes(dir / "a", "x");
+  for (const std::uint16_t mode : {fmOpenRead, fmOpenWrite, fmOpenReadWrite}) {
+    EXPECT_THROW(TFileStream(name, mode), EFOpenError) << mode;
+  }
+  TMemoryStream m;
+  EXPECT_THROW(m.LoadFromFile(name), EFOpenError);
+  m.WriteBuffer("new", 3);
+  EXPECT_THROW(m.SaveToFile(name), EFCreateError);
+  EXPECT_EQ(ReadFileBytes(dir / "a"), "x");
 }
 
 TEST(StringStreamTest, OneBytePerCharacterInTheEightBitCodePage) {

@@ -40,6 +40,8 @@ std::u16string_view StatusText(int code) {
       return u"Too many open files";
     case kIoAccessDenied:
       return u"File access denied";
+    case kIoInvalidFileName:
+      return u"Invalid file name";
     case kIoReadError:
       return u"Read beyond end of file";
     case kIoWriteError:
@@ -71,6 +73,7 @@ int OpenStatus(int error) {
   if (file_detail::IsNotFound(error)) return kIoFileNotFound;
   if (file_detail::IsPathNotFound(error)) return kIoPathNotFound;
   if (file_detail::IsTooManyOpenFiles(error)) return kIoTooManyOpenFiles;
+  if (file_detail::IsInvalidName(error)) return kIoInvalidFileName;
   return kIoAccessDenied;
 }
 

@@ -171,6 +171,29 @@ TEST(TextfileTest, FailuresRaiseWithTheirStatus) {
     EXPECT_EQ(IOResult(), c.status);
     EXPECT_EQ(IOResult(), 0);  // cleared by the first call
   }
+  // A NUL would cut the name short and reach another file: refused.
+  {
+    Textfile f;
+    f.Assign(Name(dir / "a") + std::u16string(1, u'\0') + u"b");
+    EXPECT_THROW(f.Rewrite(), EInOutError);
+    EXPECT_EQ(IOResult(), kIoInvalidFileName);
+    EXPECT_FALSE(std::filesystem::exists(dir / "a"));
+  }
+  WriteFileBytes(dir / "a", "x");
+  const std::u16string nul_name = Name(dir / "a") + std::u16string(1, u'\0') + u"b";
+  for (const char open : {'R', 'W', 'A'}) {
+    SCOPED_TRACE(open);
+    Textfile f;
+    f.Assign(nul_name);
+    try {
+      RunScript(f, std::string(1, open));
+      ADD_FAILURE() << "no exception";
+    } catch (const EInOutError& e) {
+      EXPECT_EQ(e.ErrorCode(), kIoInvalidFileName);
+    }
+    EXPECT_EQ(IOResult(), kIoInvalidFileName);
+  }
+  EXPECT_EQ(ReadFileBytes(dir / "a"), "x");
   Textfile unassigned;
   EXPECT_THROW(unassigned.Reset(), EInOutError);
   EXPECT_EQ(IOResult(), kIoFileNotAssigned);

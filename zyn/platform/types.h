@@ -6,8 +6,8 @@
 #define ZYN_PLATFORM_TYPES_H_
 
 #include <cstdint>
-#include <string>
-#include <variant>
+
+#include "zyn/platform/variant.h"
 
 namespace zyn::platform {
 
@@ -27,9 +27,6 @@ enum TAlignment : std::uint8_t { taLeftJustify, taRightJustify, taCenter };
 
 // The styles of a font, by ordinal.
 enum TFontStyle : std::uint8_t { fsBold, fsItalic, fsUnderline, fsStrikeOut };
-
-// A tagged value. std::monostate stands for "unassigned".
-using Variant = std::variant<std::monostate, bool, std::int64_t, double, std::u16string>;
 
 }  // namespace zyn::platform
 

@@ -4,6 +4,11 @@
 #include <array>
 #include <bit>
 #include <cstring>
+#include <span>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 #include "zyn/streams/folded_blocks.h"
 
@@ -54,27 +59,75 @@ bool EndsLine(std::uint8_t b, std::uint8_t previous) {
   return false;
 }
 
+// The index of the byte of `bytes` that ends a line under rule `LineEnd`,
+// `previous` being the byte in front of them; npos if none does.
+template <int LineEnd>
+std::size_t FindLineEnd(std::span<const std::uint8_t> bytes, std::uint8_t previous) {
+  constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+  const auto find = [&bytes](std::uint8_t value, std::size_t from) {
+    const void* hit = std::memchr(bytes.data() + from, value, bytes.size() - from);
+    return hit == nullptr
+               ? kNone
+               : static_cast<std::size_t>(static_cast<const std::uint8_t*>(hit) - bytes.data());
+  };
+  if constexpr (LineEnd == 0) return find(10, 0);
+  if constexpr (LineEnd == 1) return find(13, 0);
+  if constexpr (LineEnd == 2) return std::min(find(10, 0), find(13, 0));
+  if constexpr (LineEnd == 3 || LineEnd == 4) {
+    constexpr std::uint8_t kLast = LineEnd == 3 ? 13 : 10;
+    constexpr std::uint8_t kFirst = LineEnd == 3 ? 10 : 13;
+    for (std::size_t at = find(kLast, 0); at != kNone; at = find(kLast, at + 1)) {
+      if ((at == 0 ? previous : bytes[at - 1]) == kFirst) return at;
+    }
+  }
+  return kNone;
+}
+
+// One character per byte, appended.
+void AppendBytes(std::u16string& line, std::span<const std::uint8_t> bytes) {
+  if (line.empty()) {  // most lines: built in one pass, without clearing first
+    line = std::u16string(bytes.begin(), bytes.end());
+    return;
+  }
+  const std::size_t old = line.size();
+  line.resize(old + bytes.size());
+  char16_t* out = line.data() + old;
+  std::size_t i = 0;
+#if defined(__SSE2__)
+  const __m128i zero = _mm_setzero_si128();
+  for (; i + 16 <= bytes.size(); i += 16) {
+    const __m128i in = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes.data() + i));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), _mm_unpacklo_epi8(in, zero));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i + 8), _mm_unpackhi_epi8(in, zero));
+  }
+#endif
+  for (; i < bytes.size(); ++i) out[i] = bytes[i];
+}
+
 // Reads bytes into `line` until the rule is met (true) or the stream ends
-// (false). Bytes gather in a local chunk first, so that a line costs one
-// allocation instead of one per doubling of its length.
+// (false). Bytes the stream holds buffered are scanned as a run, the same as
+// taking them one by one; the others come through ReadByte.
 template <int LineEnd>
 bool ReadLineBytes(TStream& stream, std::u16string& line) {
-  std::array<char16_t, 256> chunk;
-  std::size_t used = 0;
   std::uint8_t previous = 0;
-  std::uint8_t b;
-  bool ended = false;
-  while (!ended && ReadByte(stream, b)) {
-    if (used == chunk.size()) {
-      line.append(chunk.data(), used);
-      used = 0;
+  for (;;) {
+    const std::span<const std::uint8_t> buffered = stream.BufferedBytes();
+    if (buffered.empty()) {
+      std::uint8_t b;
+      if (!ReadByte(stream, b)) return false;
+      line.push_back(b);
+      if (EndsLine<LineEnd>(b, previous)) return true;
+      previous = b;
+      continue;
     }
-    chunk[used++] = b;
-    ended = EndsLine<LineEnd>(b, previous);
-    previous = b;
+    const std::size_t end = FindLineEnd<LineEnd>(buffered, previous);
+    const bool ended = end < buffered.size();
+    const std::size_t take = ended ? end + 1 : buffered.size();
+    AppendBytes(line, buffered.first(take));
+    stream.SkipBuffered(take);
+    if (ended) return true;
+    previous = buffered[take - 1];
   }
-  line.append(chunk.data(), used);
-  return ended;
 }
 
 bool IsLineEndChar(char16_t c) { return c == 10 || c == 13; }

@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+#include <string>
 #include <tuple>
 #include <vector>
 
 #include "testing/zyn_testing.h"
+#include "zyn/platform/text.h"
 
 namespace Zyn_streams {
 namespace {
@@ -125,6 +128,35 @@ TEST(StreamIoTest, ReadLnStreamByRule) {
     bool eof = false;
     while (!eof && got.size() < 10) got.push_back(ReadLnStream(m, eof, lineEnd));
     EXPECT_EQ(got, lines);
+  }
+}
+
+// A file stream hands its buffered bytes to ReadLnStream as runs; a memory
+// stream gives them one Read at a time. Over a file larger than the file
+// stream's buffer, with line ends across its edges, both give the same lines
+// under every rule.
+TEST(StreamIoTest, ReadLnStreamSameThroughBufferedRuns) {
+  std::mt19937 rng(3);
+  std::string bytes(300'000, 'x');
+  for (char& b : bytes) {
+    const unsigned r = rng() % 100;
+    b = r < 3 ? '\n' : r < 6 ? '\r' : r < 7 ? '\xE9' : 'a';
+  }
+  zyn::testing::TempDir dir;
+  zyn::testing::WriteFileBytes(dir / "lines", bytes);
+  for (const int rule : {-1, 0, 1, 2, 3, 4, 5}) {
+    SCOPED_TRACE(rule);
+    zyn::platform::TFileStream file(zyn::platform::FromUTF8((dir / "lines").string()),
+                                    zyn::platform::fmOpenRead);
+    TMemoryStream memory;
+    Fill(memory, bytes);
+    for (bool eof = false; !eof;) {
+      bool memory_eof = false;
+      const std::u16string line = ReadLnStream(file, eof, rule);
+      ASSERT_EQ(line, ReadLnStream(memory, memory_eof, rule));
+      ASSERT_EQ(eof, memory_eof);
+      ASSERT_EQ(file.Position(), memory.Position());
+    }
   }
 }
 

@@ -389,6 +389,81 @@ const char16_t* FindInRanges(const char16_t* from, const char16_t* end, const Un
   return end;
 }
 
+// The first unit of [from, end) that lies in the `first` ranges while the
+// unit `offset` behind it lies in the `last` ranges, or `end`; the caller
+// makes sure that units up to `end + offset` may be read. Checking both ends
+// of a literal at once passes over most places where only its first
+// character stands.
+const char16_t* FindBothEnds(const char16_t* from, const char16_t* end, const UnitRanges& first,
+                             int first_count, const UnitRanges& last, int last_count,
+                             std::ptrdiff_t offset) {
+  if (first_count <= 0 || last_count <= 0) return end;
+#if defined(__SSE2__)
+  struct Ranges {
+    __m128i low[kMaxUnitRanges]{};
+    __m128i width[kMaxUnitRanges]{};
+    int count = 0;
+  };
+  const auto prepare = [](const UnitRanges& bounds, int count) {
+    Ranges r;
+    r.count = count;
+    for (int i = 0; i < count; ++i) {
+      r.low[i] = _mm_set1_epi16(static_cast<short>(bounds[2 * i]));
+      r.width[i] = _mm_set1_epi16(static_cast<short>(bounds[2 * i + 1]));
+    }
+    return r;
+  };
+  const Ranges head = prepare(first, first_count);
+  const Ranges tail = prepare(last, last_count);
+  const __m128i zero = _mm_setzero_si128();
+  const auto in = [&zero](const Ranges& r, const char16_t* at) {
+    const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+    __m128i hit = zero;
+    for (int i = 0; i < r.count; ++i) {
+      const __m128i over = _mm_subs_epu16(_mm_sub_epi16(units, r.low[i]), r.width[i]);
+      hit = _mm_or_si128(hit, _mm_cmpeq_epi16(over, zero));
+    }
+    return hit;
+  };
+  const auto hits = [&](const char16_t* at) {
+    return static_cast<unsigned>(
+        _mm_movemask_epi8(_mm_and_si128(in(head, at), in(tail, at + offset))));
+  };
+  for (; end - from >= 16; from += 16) {
+    if (const unsigned mask = hits(from) | hits(from + 8) << 16; mask != 0)
+      return from + std::countr_zero(mask) / 2;
+  }
+  for (; end - from >= 8; from += 8) {
+    if (const unsigned mask = hits(from); mask != 0) return from + std::countr_zero(mask) / 2;
+  }
+#endif
+  for (; from != end; ++from) {
+    if (InRanges(*from, first, first_count) && InRanges(from[offset], last, last_count))
+      return from;
+  }
+  return end;
+}
+
+// The text units that read as the literal character `c` under ASCII folding
+// `fold`, as ranges into `bounds`; their count.
+int LiteralUnitRanges(char16_t c, bool fold, UnitRanges& bounds) {
+  int count = 0;
+  const auto add = [&](char16_t unit) {
+    bounds[static_cast<std::size_t>(2 * count)] = unit;
+    bounds[static_cast<std::size_t>(2 * count + 1)] = 0;
+    ++count;
+  };
+  if (!fold) {
+    add(c);
+  } else if (c >= u'a' && c <= u'z') {
+    add(static_cast<char16_t>(c - 32));
+    add(c);
+  } else if (c < u'A' || c > u'Z') {  // an upper-case letter never reads as itself
+    add(c);
+  }
+  return count;
+}
+
 // The text units at which `token`, the first of a table, can pass its test
 // when the text is read with ASCII folding `fold`: for a literal those that
 // read as its first character, for a set the members. Writes them as ranges
@@ -428,14 +503,27 @@ int FirstUnitRanges(const TGrepToken& token, bool fold, UnitRanges& bounds) {
 // kMaxTextLength characters only, and a start position is held below it.
 constexpr int kMaxTextLength = INT_MAX - 4096;
 
+// A position below 1 holds no character, so every token's test there has the
+// same outcome wherever it lies, and a token moves a position by at most one
+// unless it is a multiplied `.`. From positions at or below kSameBelow an
+// attempt thus passes the same tokens and ends the same way (its positions
+// merely shifted); a search that failed there goes on at kSameBelow.
+constexpr int kSameBelow = -kMaxGrepTokens;
+
+// Below every position a search can start at.
+constexpr int kNoCandidate = INT_MIN;
+
 // One search of a text with a compiled table: the recursive backtracking
 // matcher. Holds only references and positions; allocates nothing.
 class Matcher {
  public:
   // `first_units` and `first_ranges` are what FirstUnitRanges gives for the
-  // first token of `table` and `fold`.
+  // first token of `table` and `fold`; `last_units` and `last_ranges` the
+  // ranges of the last character of a literal token 1 of two or more
+  // characters (last_ranges -1 otherwise).
   Matcher(TRegExp& table, int count, std::u16string_view text, bool fold,
-          const UnitRanges& first_units, int first_ranges, std::int32_t& match_end)
+          const UnitRanges& first_units, int first_ranges, const UnitRanges& last_units,
+          int last_ranges, std::int32_t& match_end)
       : table_(table),
         count_(count),
         text_(text),
@@ -443,6 +531,8 @@ class Matcher {
         fold_(fold),
         first_units_(first_units),
         first_ranges_(first_ranges),
+        last_units_(last_units),
+        last_ranges_(last_ranges),
         match_end_(match_end) {}
 
   // Tries token `t` at position `p` and, if it passes, the tokens behind it.
@@ -457,28 +547,34 @@ class Matcher {
     return HandOver(token, p, t + 1);
   }
 
-  // The first position from `p` on at which token 1 can pass its test, or 0
-  // if there is none up to the end of the text. Attempts skipped this way
+  // The first position from `p` on at which token 1 can pass its test, or
+  // kNoCandidate if there is none up to the end of the text. Attempts skipped this way
   // would fail at once and write nothing, so every result stays the same.
   int NextCandidate(int p) const {
     const TGrepToken& first = table_[0];
     const bool literal = first.Action == taNormal && first.NumChars > 0;
     if (!literal && first.Action != taSet) return p;
+    p = std::max(p, 1);       // token 1 passes nowhere before the text
     if (first_ranges_ < 0) {  // a set of many ranges
       while (p <= len_ && !IsMember(first, p)) ++p;
-      return p <= len_ ? p : 0;
+      return p <= len_ ? p : kNoCandidate;
     }
-    // A literal is looked for by its first character, then compared whole.
+    // A literal is looked for by its first and last characters (or its only
+    // one), then compared whole.
     const int last_start = literal ? len_ - first.NumChars + 1 : len_;
     const char16_t* const units = text_.data();
+    const bool both_ends = literal && last_ranges_ >= 0;
     for (; p <= last_start; ++p) {
       const char16_t* const end = units + last_start;
-      const char16_t* const hit = FindInRanges(units + (p - 1), end, first_units_, first_ranges_);
-      if (hit == end) return 0;
+      const char16_t* const hit =
+          both_ends ? FindBothEnds(units + (p - 1), end, first_units_, first_ranges_, last_units_,
+                                   last_ranges_, first.NumChars - 1)
+                    : FindInRanges(units + (p - 1), end, first_units_, first_ranges_);
+      if (hit == end) return kNoCandidate;
       p = static_cast<int>(hit - units) + 1;
       if (!literal || CharsAt(first, p, first.NumChars)) return p;
     }
-    return 0;
+    return kNoCandidate;
   }
 
  private:
@@ -515,6 +611,15 @@ class Matcher {
   // The string stands from p on as far as the text reaches (p <= len_).
   bool PrefixAt(const TGrepToken& token, int p) const {
     return p >= 1 && p <= len_ && CharsAt(token, p, std::min(token.NumChars, len_ - p + 1));
+  }
+
+  // False only where token t's test must fail at p, so that Match(p, t)
+  // would give false and write nothing: a cheap look before the call.
+  bool MayPass(int t, int p) const {
+    const TGrepToken& token = table_[static_cast<std::size_t>(t - 1)];
+    if (token.Action == taSet) return IsMember(token, p);
+    if (token.Action != taNormal || token.NumChars == 0) return true;
+    return p >= 1 && p <= len_ - token.NumChars + 1 && At(p) == token.Params[1];
   }
 
   bool Passes(const TGrepToken& token, int p, int t) const {
@@ -558,25 +663,42 @@ class Matcher {
       case taMult1: {
         const bool at_least_one = token.Action == taMult1;
         if (n == 0) {
+          // A literal behind `.*` can only stand where its first character
+          // does: the tries in between are passed over.
+          const TGrepToken& following = Token(next);
+          UnitRanges heads{};
+          const int head_ranges = following.Action == taNormal && following.NumChars > 0
+                                      ? LiteralUnitRanges(following.Params[1], fold_, heads)
+                                      : -1;
           for (int q = at_least_one ? p + 1 : p; q <= len_ + 1; ++q) {
+            if (head_ranges >= 0 && q >= 1) {
+              const int last_start = len_ - following.NumChars + 1;
+              if (q > last_start) return false;
+              const char16_t* const units = text_.data();
+              const char16_t* const hit =
+                  FindInRanges(units + (q - 1), units + last_start, heads, head_ranges);
+              if (hit == units + last_start) return false;
+              q = static_cast<int>(hit - units) + 1;
+            }
             if (Match(q, next)) return true;
+            q = std::max(q, kSameBelow - 1);
           }
           return false;
         }
         if (n < 0) {
           for (int q = at_least_one ? p + 1 : p;; ++q) {
-            if (Match(q, next)) return true;
+            if (MayPass(next, q) && Match(q, next)) return true;
             if (!IsMember(token, q)) return false;
           }
         }
         // A first copy cut off by the end of the text takes the rest of it.
         for (int q = at_least_one ? std::min(p + n, len_ + 1) : p;; q += n) {
-          if (Match(q, next)) return true;
+          if (MayPass(next, q) && Match(q, next)) return true;
           if (!StringAt(token, q)) return false;
         }
       }
       case taOpti:
-        if (Match(p, next)) return true;
+        if (MayPass(next, p) && Match(p, next)) return true;
         if (n == 0) return p <= len_ && Match(p + 1, next);
         if (n < 0) return IsMember(token, p) && Match(p + 1, next);
         return StringAt(token, p) && Match(p + n, next);
@@ -631,6 +753,8 @@ class Matcher {
   const bool fold_;
   const UnitRanges& first_units_;
   const int first_ranges_;
+  const UnitRanges& last_units_;
+  const int last_ranges_;
   std::int32_t& match_end_;
 };
 
@@ -723,6 +847,12 @@ int TGrep::CompileRegExp(std::u16string_view pattern) {
   FError = TokenBuilder(FregExp, FLengRegExp).Build(prepared);
   // The search skips by token 1 even when the table holds no token.
   first_unit_ranges_ = FirstUnitRanges(FregExp[0], FIgnoreCase, first_units_);
+  const TGrepToken& first = FregExp[0];
+  last_unit_ranges_ =
+      first.Action == taNormal && first.NumChars >= 2 && first_unit_ranges_ >= 0
+          ? LiteralUnitRanges(first.Params[static_cast<std::size_t>(first.NumChars)], FIgnoreCase,
+                              last_units_)
+          : -1;
   return FError;
 }
 
@@ -737,15 +867,15 @@ bool TGrep::MatchString(std::u16string_view text, int& startPos) {
     return true;
   }
   Matcher matcher(FregExp, FLengRegExp, text, FIgnoreCase, first_units_, first_unit_ranges_,
-                  FMatchEndPos);
+                  last_units_, last_unit_ranges_, FMatchEndPos);
   const bool anchored = first.Action == taBol;
-  int p = std::clamp(FSrcStartPos, 1, kMaxTextLength);
+  int p = std::clamp(FSrcStartPos, -kMaxTextLength, kMaxTextLength);
   bool found = false;
   for (;;) {
-    if (!anchored && (p = matcher.NextCandidate(p)) == 0) break;
+    if (!anchored && (p = matcher.NextCandidate(p)) == kNoCandidate) break;
     found = matcher.Match(p, 1);
     if (found || anchored || p >= len) break;
-    ++p;
+    p = std::max(p + 1, kSameBelow);
   }
   FMatchStartPos = startPos = first.ValidFrom;
   return found;

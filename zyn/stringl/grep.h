@@ -81,7 +81,8 @@ class TGrep : public zyn::platform::TComponent {
   // error stands in LastError().
   void SetIgnoreCase(bool Value);
 
-  // The text position at which MatchString begins its search.
+  // The text position at which MatchString begins its search; a position
+  // below 1 holds no character, like one behind the end.
   int SearchStartPos() const noexcept { return FSrcStartPos; }
   void SetSearchStartPos(int Value) noexcept { FSrcStartPos = Value; }
 
@@ -129,6 +130,10 @@ class TGrep : public zyn::platform::TComponent {
   // high - low) for the search's skipping; -1 when ranges don't describe them.
   std::array<char16_t, 8> first_units_{};
   int first_unit_ranges_ = -1;
+  // The same for the last character of a literal token 1 of two or more
+  // characters, which the skipping checks at the same time; -1 otherwise.
+  std::array<char16_t, 8> last_units_{};
+  int last_unit_ranges_ = -1;
 };
 
 }  // namespace Zyn_stringl

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cstdio>
 #include <random>
 #include <string>
@@ -171,7 +172,13 @@ TEST(GrepMatchTest, Table) {
   const MatchCase cases[] = {
       {u"abc", u"xabcx", true, 2, 4, {2}}, {u"abc", u"xabx", false, 0, 0, {0}},
       {u"b", u"abab", true, 4, 4, {4}, 3}, {u"a", u"abab", false, 0, 0, {0}, 5},
-      {u"a", u"xa", true, 2, 2, {2}, 0},  // a start below 1 counts as 1
+      // A position below 1 holds no character; the search starts there all the same.
+      {u"a", u"xa", true, 2, 2, {2}, 0}, {u"", u"", true, 0, -1, {}, 0},
+      {u"", u"ab", true, -3, -4, {}, -3}, {u"^", u"x", false, 0, 0, {0}, 0},
+      {u"^a", u"a", false, 0, 0, {0, 0}, -1}, {u".b", u"b", true, 0, 1, {0, 1}, 0},
+      {u"a?b", u"b", true, 1, 1, {1, 1}, -3}, {u"a?", u"b", true, -3, -4, {-3}, -3},
+      {u".*b", u"ab", true, -1000, 2, {-1000, 2}, -1000}, {u"[b]", u"ab", true, 2, 2, {2}, -9},
+      {u"..z", u"ab", false, 2, 0, {2, 3, 0}, INT_MIN}, {u".*z", u"ab", false, 2, 0, {2, 0}, INT_MIN},
       {u"[^a]", u"a\u20AC", false, 0, 0, {0}}, {u".", u"\u20AC", true, 1, 1, {1}},
       {u"a+", u"bbaa", true, 3, 4, {3}}, {u"a?", u"b", true, 1, 0, {1}},
       {u"(ab)+", u"xabab", true, 2, 5, {2}},
@@ -273,13 +280,13 @@ void ExpectSameAsUnskipped(std::u16string_view pattern, std::u16string_view text
 }
 
 TEST(GrepMatchTest, SkippedAttemptsChangeNothing) {
-  const std::u16string_view patterns[] = {u"ab",  u"a[0-9]*b", u"[xy]z", u"a.*b",
-                                          u"b+c", u"[ab]?c",   u"AB",    u"[A-B]c"};
+  const std::u16string_view patterns[] = {u"ab",  u"a[0-9]*b", u"[xy]z", u"a.*b",   u"b+c",
+                                          u".+c", u"[ab]?c",   u"AB",    u"[A-B]c", u".?x"};
   std::mt19937 rng(7);
   for (int round = 0; round < 300; ++round) {
     std::u16string text;
     for (int n = rng() % 13; n > 0; --n) text += u"abcxyB"[rng() % 6];
-    const int search_start = static_cast<int>(rng() % (text.size() + 2));
+    const int search_start = static_cast<int>(rng() % (text.size() + 5)) - 3;
     for (std::u16string_view pattern : patterns) {
       ExpectSameAsUnskipped(pattern, text, search_start, round % 2 == 1);
     }
@@ -291,9 +298,9 @@ TEST(GrepMatchTest, SkippedAttemptsChangeNothing) {
 // surrogates and units above 255 whose low byte looks like the hit.
 TEST(GrepMatchTest, SkippingFindsHitsAtEveryOffset) {
   const std::u16string_view patterns[] = {
-      u"a7B",          u"B",      u"\\#41",   u"[0-9]b",
-      u"[^ -~]",       u"[A-B]",  u"[\\#ff]", u"[a-df-hk-mp-rt]",
-      u"[a-z_0-9A-Z]", u"\u20ac", u"\u20ac7"};
+      u"a7B",     u"B",       u"\\#41",           u"[0-9]b",       u"[^ -~]",
+      u"[A-B]",   u"[\\#ff]", u"[a-df-hk-mp-rt]", u"[a-z_0-9A-Z]", u"\u20ac",
+      u"\u20ac7", u"7\u20ac", u"a\\#41",          u"ab",           u"B7a"};
   const std::u16string_view fillers[] = {u"-", u"\u0161\u0162\u20ac", u"\xd83d\xde00Y"};
   for (const std::u16string_view filler : fillers) {
     for (std::size_t size = 0; size <= 40; ++size) {
@@ -310,6 +317,55 @@ TEST(GrepMatchTest, SkippingFindsHitsAtEveryOffset) {
                                   ignore_case);
           }
         }
+      }
+    }
+  }
+}
+
+// A multiplier passes over the tries where the token behind it can't pass.
+// An empty group put in between passes everywhere and hands on at once, so
+// with it every try is made: both forms must give the same results.
+TEST(GrepMatchTest, TriesPassedOverChangeNothing) {
+  struct Pair {
+    std::u16string_view pattern, tried;
+    int before;  // tokens up to the multiplier; the group follows them
+  };
+  const Pair pairs[] = {
+      {u"a.*b", u"a.*()b", 2},
+      {u"x.+yz", u"x.+()yz", 2},
+      {u".*ab", u".*()ab", 1},
+      {u"a[0-9]*b", u"a[0-9]*()b", 2},
+      {u"[A-Z][a-z]+ing", u"[A-Z][a-z]+()ing", 2},
+      {u"ab?c", u"ab?()c", 2},
+      {u"a.?[bc]", u"a.?()[bc]", 2},
+      {u"a[^x]*\\#41", u"a[^x]*()\\#41", 2},
+  };
+  std::mt19937 rng(11);
+  for (int round = 0; round < 400; ++round) {
+    std::u16string text;
+    for (int n = rng() % 24; n > 0; --n) text += u"abcxyzAB0Ing"[rng() % 12];
+    const int search_start = static_cast<int>(rng() % (text.size() + 4)) - 2;
+    const bool ignore_case = round % 2 == 1;
+    for (const Pair& pair : pairs) {
+      SCOPED_TRACE(Utf8(pair.pattern) + " in " + Utf8(text) + " from " +
+                   std::to_string(search_start) + (ignore_case ? " ignoring case" : ""));
+      TGrep plain, tried;
+      for (TGrep* g : {&plain, &tried}) {
+        g->SetIgnoreCase(ignore_case);
+        g->SetSearchStartPos(search_start);
+      }
+      plain.SetRegExp(pair.pattern);
+      tried.SetRegExp(pair.tried);
+      int plain_start = 0, tried_start = 0;
+      const bool found = plain.MatchString(text, plain_start);
+      ASSERT_EQ(tried.MatchString(text, tried_start), found);
+      EXPECT_EQ(plain_start, tried_start);
+      if (found) {
+        EXPECT_EQ(plain.MatchEndPos(), tried.MatchEndPos());
+      }
+      for (int t = 1; t <= plain.NrOfRegExpTokens(); ++t) {
+        const int u = t <= pair.before ? t : t + 1;
+        EXPECT_EQ(plain.RegExpToken(t).ValidFrom, tried.RegExpToken(u).ValidFrom) << t;
       }
     }
   }

@@ -232,6 +232,8 @@ int Tokenize(std::u16string_view s, std::u16string_view separator, TOpenStringAr
 
 int Tokenize(std::u16string_view s, std::u16string_view separator, char16_t escapeChar,
              TOpenStringArray& tokens) {
+  // Nothing cuts, so nothing was escaped: the one token is `s` as it stands.
+  if (separator.empty()) return Tokenize(s, separator, tokens);
   const int count =
       Split(s, separator, tokens,
             [escapeChar](std::u16string_view text, std::size_t token_start, std::size_t hit) {

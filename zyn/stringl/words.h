@@ -48,7 +48,8 @@ int Tokenize(std::u16string_view s, std::u16string_view separator, TOpenStringAr
 
 // As above, but a separator directly behind `escapeChar` does not cut. In each
 // token a doubled `escapeChar` then becomes one, and `escapeChar` followed by
-// `separator` becomes `separator` (both matched ignoring ASCII case).
+// `separator` becomes `separator` (both matched ignoring ASCII case). An
+// empty `separator` gives the one token `s`, escapes and all.
 int Tokenize(std::u16string_view s, std::u16string_view separator, char16_t escapeChar,
              TOpenStringArray& tokens);
 

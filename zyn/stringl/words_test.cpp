@@ -64,7 +64,7 @@ TEST(TokenizeTest, PlainAndEscapedForms) {
       {u"a,b", u"", 0, {u"a,b"}}, {u"a<>b<>", u"<>", 0, {u"a", u"b", u""}},
       {u"a\\,b,c", u",", u'\\', {u"a,b", u"c"}}, {u"a\\\\,b", u",", u'\\', {u"a,b"}},
       {u"a\\\\b,c", u",", u'\\', {u"a\\b", u"c"}}, {u",\\,", u",", u'\\', {u"", u","}},
-      {u"aqxbQQc", u"x", u'q', {u"axbqc"}}};
+      {u"aqxbQQc", u"x", u'q', {u"axbqc"}}, {u"a\\b\\\\c", u"", u'\\', {u"a\\b\\\\c"}}};
   // clang-format on
   for (const auto& [s, separator, escape, want] : cases) {
     SCOPED_TRACE(Utf8(s) + " by " + Utf8(separator));
