@@ -67,6 +67,22 @@ constexpr char kPortalPath[] = "/org/freedesktop/portal/desktop";
 // The first call may start the portal and its desktop's backend.
 constexpr std::uint64_t kCallTimeoutUsec = 25'000'000;
 
+// UTF-8 for a D-Bus string, which must be valid: the lone surrogates that
+// stand for bytes outside UTF-8 become U+FFFD instead of those bytes.
+std::string BusText(std::u16string_view s) {
+  std::u16string text(s);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool pair = text[i] >= 0xD800 && text[i] <= 0xDBFF && i + 1 < text.size() &&
+                      text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
+    if (pair) {
+      ++i;
+    } else if (text[i] >= 0xDC80 && text[i] <= 0xDCFF) {
+      text[i] = 0xFFFD;
+    }
+  }
+  return ToUTF8(text);
+}
+
 // A file type as the portal lists it: a name and (kind, pattern) pairs,
 // kind 0 being a glob and 1 a MIME type.
 struct PortalFilter {
@@ -84,8 +100,8 @@ std::vector<PortalFilter> FiltersOf(const TFileSaveDialog& d) {
   int index = 0;
   for (const TFileTypeItem& type : d.FileTypes()) {
     ++index;
-    PortalFilter f{ToUTF8(type.DisplayName), {}, index};
-    const std::string masks = ToUTF8(type.FileMask);
+    PortalFilter f{BusText(type.DisplayName), {}, index};
+    const std::string masks = BusText(type.FileMask);
     std::size_t start = 0;
     while (start <= masks.size()) {
       std::size_t end = masks.find(';', start);
@@ -152,12 +168,15 @@ Message SaveFileCall(sd_bus* bus, const TFileSaveDialog& d, const std::string& t
                                     "org.freedesktop.portal.FileChooser", "SaveFile"));
   Message m(raw);
   // No parent window: the library knows no window of the host's.
-  Ok(sd_bus_message_append(m.get(), "ss", "", ToUTF8(d.Title()).c_str()));
+  Ok(sd_bus_message_append(m.get(), "ss", "", BusText(d.Title()).c_str()));
   Ok(sd_bus_message_open_container(m.get(), 'a', "{sv}"));
   Ok(sd_bus_message_append(m.get(), "{sv}", "handle_token", "s", token.c_str()));
   Ok(sd_bus_message_append(m.get(), "{sv}", "modal", "b", 1));
   const auto [folder, name] = FolderAndName(d);
-  if (!name.empty()) Ok(sd_bus_message_append(m.get(), "{sv}", "current_name", "s", name.c_str()));
+  if (!name.empty()) {
+    const std::string text = BusText(FromUTF8(name));
+    Ok(sd_bus_message_append(m.get(), "{sv}", "current_name", "s", text.c_str()));
+  }
   if (!folder.empty()) {
     OpenOption(m.get(), "current_folder", "ay");
     Ok(sd_bus_message_append_array(m.get(), 'y', folder.c_str(), folder.size() + 1));
