@@ -35,5 +35,10 @@ install(FILES
 # The .pc file finds its prefix relative to itself, so the tree can move.
 file(RELATIVE_PATH ZYN_PC_TO_PREFIX
   /prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig /prefix)
+# sd-bus, when built with it, for static links.
+set(ZYN_PC_REQUIRES_PRIVATE "")
+if(ZYN_SDBUS_FOUND)
+  set(ZYN_PC_REQUIRES_PRIVATE libsystemd)
+endif()
 configure_file(${PROJECT_SOURCE_DIR}/cmake/zyn.pc.in ${PROJECT_BINARY_DIR}/zyn.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zyn.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -5,6 +5,7 @@ set -euo pipefail
 
 required=(cmake ninja-build g++ clang libclang-rt-14-dev libgtest-dev libgmock-dev
           libbenchmark-dev zlib1g-dev libssl-dev pkg-config)
+required+=(libsystemd-dev dbus-daemon)  # the portal's save dialog (sd-bus) and its test's private bus
 required+=(libcli11-dev python3)  # the zyn command and its end-to-end tests
 required+=(xvfb zenity xdotool)  # the save dialog's desktop test
 required+=(libpng-dev libfreetype-dev libfontconfig-dev libcairo2-dev fonts-dejavu-core)  # canvas: PNG, text, PDF pages, the default font

@@ -220,6 +220,9 @@ TEST(SaveDialogTest, HostDialogAndForbiddenDirectory) {
   EXPECT_FALSE(d.IsForbiddenDir(u"/data"));
 }
 
+// A session bus address where no bus can be: no portal answers there.
+constexpr const char* kNoBus = "unix:path=/nonexistent/zyn-test-bus";
+
 // The desktop's own dialog, end to end: a real X server (Xvfb), the real
 // zenity, and xdotool typing as a user would.
 class DesktopDialogTest : public ::testing::Test {
@@ -246,10 +249,20 @@ class DesktopDialogTest : public ::testing::Test {
     const char* old = std::getenv("DISPLAY");
     old_display_ = old ? old : "";
     setenv("DISPLAY", display_.c_str(), 1);
+    // zenity is under test: a portal on the developer's session bus would
+    // take its place.
+    const char* bus = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+    old_bus_ = bus ? bus : "";
+    setenv("DBUS_SESSION_BUS_ADDRESS", kNoBus, 1);
     ASSERT_EQ(std::system("command -v zenity >/dev/null && command -v xdotool >/dev/null"), 0)
         << "zenity and xdotool are needed (installed by tools/bootstrap.sh)";
   }
   void TearDown() override {
+    if (old_bus_.empty()) {
+      unsetenv("DBUS_SESSION_BUS_ADDRESS");
+    } else {
+      setenv("DBUS_SESSION_BUS_ADDRESS", old_bus_.c_str(), 1);
+    }
     if (old_display_.empty()) {
       unsetenv("DISPLAY");
     } else {
@@ -287,7 +300,7 @@ class DesktopDialogTest : public ::testing::Test {
   }
 
   pid_t xvfb_ = 0;
-  std::string display_, old_display_;
+  std::string display_, old_display_, old_bus_;
 };
 
 TEST_F(DesktopDialogTest, TypedNameIsTakenAndEscapeCancels) {
@@ -309,8 +322,11 @@ TEST_F(DesktopDialogTest, TypedNameIsTakenAndEscapeCancels) {
 TEST(SaveDialogTest, NoDesktopIsAnErrorNotAHang) {
   const char* old = std::getenv("DISPLAY");
   const std::string saved = old ? old : "";
+  const char* bus = std::getenv("DBUS_SESSION_BUS_ADDRESS");
+  const std::string saved_bus = bus ? bus : "";
   unsetenv("DISPLAY");
   unsetenv("WAYLAND_DISPLAY");
+  setenv("DBUS_SESSION_BUS_ADDRESS", kNoBus, 1);
   TUnivSaveDialog d;
   try {
     d.Execute();
@@ -319,6 +335,11 @@ TEST(SaveDialogTest, NoDesktopIsAnErrorNotAHang) {
     EXPECT_EQ(std::string(e.what()), "Component \"\": Error in standard dialog (errnum = $0002).");
   }
   if (!saved.empty()) setenv("DISPLAY", saved.c_str(), 1);
+  if (saved_bus.empty()) {
+    unsetenv("DBUS_SESSION_BUS_ADDRESS");
+  } else {
+    setenv("DBUS_SESSION_BUS_ADDRESS", saved_bus.c_str(), 1);
+  }
 }
 
 }  // namespace

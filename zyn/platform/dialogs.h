@@ -2,14 +2,16 @@
 //
 // The platform's dialog frame: reply values, TCommonDialog, and
 // TFileSaveDialog, the standard save dialog of the desktop. On Linux the
-// dialog is a real one run as a child process (zenity, else kdialog); a host
-// or a test can put any other dialog in its place with SetSaveDialogRunner.
+// dialog is a real one: xdg-desktop-portal's file chooser, else zenity, else
+// kdialog; a host or a test can put any other dialog in its place with
+// SetSaveDialogRunner.
 
 #ifndef ZYN_PLATFORM_DIALOGS_H_
 #define ZYN_PLATFORM_DIALOGS_H_
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -74,12 +76,22 @@ using TSaveDialogRunner = std::function<TSaveDialogReply(TFileSaveDialog& dialog
 // an empty runner restores the desktop's. Gives the runner it replaced.
 TSaveDialogRunner SetSaveDialogRunner(TSaveDialogRunner runner);
 
-// The desktop's save dialog: zenity, else kdialog, started without a shell.
-// Needs DISPLAY or WAYLAND_DISPLAY; neither, or no dialog program, gives
-// kDialogNoDesktop; a program that fails gives kDialogFailure. Neither
-// program reports the chosen file type, so FileTypeIndex comes back as it
-// went in, and OnTypeChange never fires.
+// The desktop's save dialog: the portal's (RunPortalSaveDialog) where the
+// session bus has one, else zenity, else kdialog, started without a shell.
+// The programs need DISPLAY or WAYLAND_DISPLAY; neither, or no dialog
+// program, gives kDialogNoDesktop; a program that fails gives
+// kDialogFailure. Neither program reports the chosen file type, so with them
+// FileTypeIndex comes back as it went in. OnTypeChange never fires.
 TSaveDialogReply RunDesktopSaveDialog(TFileSaveDialog& dialog);
+
+// The save dialog of xdg-desktop-portal (FileChooser.SaveFile on the session
+// bus), with title, folder, name, file types and the chosen type handed over;
+// the chosen file and type come back. Nothing if there is no session bus or
+// no file chooser on it, or the library was built without D-Bus support: the
+// caller then asks another dialog. A cancel is no error; a portal that fails,
+// answers in a way that names no local file, or leaves the bus while the
+// dialog is open gives kDialogFailure.
+std::optional<TSaveDialogReply> RunPortalSaveDialog(TFileSaveDialog& dialog);
 
 // The error code of the last TFileSaveDialog::Execute of the process; 0
 // after a confirmation or a plain cancel.

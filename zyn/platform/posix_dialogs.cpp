@@ -1,6 +1,7 @@
-// The desktop's save dialog on Linux: a dialog program run as a child
-// process, with its arguments passed directly (no shell), its standard
-// output read back as the chosen name.
+// The desktop's save dialog on Linux: the portal's if the session bus has
+// one, else a dialog program run as a child process, with its arguments
+// passed directly (no shell), its standard output read back as the chosen
+// name.
 
 #include <fcntl.h>
 #include <poll.h>
@@ -151,6 +152,7 @@ TSaveDialogReply RunDesktopSaveDialog(TFileSaveDialog& dialog) {
   TSaveDialogReply reply;
   reply.FileName = dialog.FileName();
   reply.FileTypeIndex = dialog.FileTypeIndex();
+  if (std::optional<TSaveDialogReply> portal = RunPortalSaveDialog(dialog)) return *portal;
   if (!HasDesktop()) {
     reply.ErrorCode = kDialogNoDesktop;
     return reply;
