@@ -14,6 +14,7 @@ struct CpuExtensions {
   bool carryless_multiply = false;  // PCLMULQDQ
   bool sse41 = false;               // SSE4.1 (and with it SSSE3)
   bool sha = false;                 // the SHA extensions (SHA1RNDS4 and kin)
+  bool avx2 = false;                // AVX2, with the system saving its registers
 };
 
 // The extensions of this processor; all false while AllowCpuExtensions(false)

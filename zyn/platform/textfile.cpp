@@ -10,7 +10,11 @@
 #if defined(__SSE2__)
 #include <emmintrin.h>
 #endif
+#if defined(__x86_64__)
+#include <immintrin.h>
+#endif
 
+#include "zyn/platform/cpu_features.h"
 #include "zyn/platform/file_handle.h"
 #include "zyn/platform/text.h"
 
@@ -23,6 +27,8 @@ using file_detail::OpenKind;
 thread_local int pending_status = 0;
 
 constexpr std::size_t kReadChunk = 64 * 1024;
+// Lines skipped undecoded are read in larger pieces.
+constexpr std::size_t kRawChunk = 256 * 1024;
 constexpr std::size_t kWriteChunk = 32 * 1024;
 
 enum class Encoding : std::uint8_t { kUtf8, kWindows1252, kLatin1 };
@@ -94,26 +100,64 @@ std::size_t IncompleteTail(std::string_view bytes) {
   return 0;
 }
 
-// Bit i of `lf` / `cr` is set where byte i of the 64 at `p` is LF / CR.
-void LineEndMasks(const char* p, std::uint64_t& lf, std::uint64_t& cr) {
+// Bit i of lf[b] / cr[b] is set where byte i of the b-th 64-byte block at
+// `p` is LF / CR, for `blocks` blocks.
+void LineEndMasks(const char* p, std::size_t blocks, std::uint64_t* lf, std::uint64_t* cr) {
+  for (std::size_t b = 0; b < blocks; ++b, p += 64) {
 #if defined(__SSE2__)
-  const __m128i lf_byte = _mm_set1_epi8('\n');
-  const __m128i cr_byte = _mm_set1_epi8('\r');
-  lf = cr = 0;
-  for (int k = 0; k < 4; ++k) {
-    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * k));
-    lf |= std::uint64_t{static_cast<std::uint16_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, lf_byte)))}
-          << (16 * k);
-    cr |= std::uint64_t{static_cast<std::uint16_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, cr_byte)))}
-          << (16 * k);
-  }
+    const __m128i lf_byte = _mm_set1_epi8('\n');
+    const __m128i cr_byte = _mm_set1_epi8('\r');
+    std::uint64_t l = 0, c = 0;
+    for (int k = 0; k < 4; ++k) {
+      const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 16 * k));
+      l |= std::uint64_t{static_cast<std::uint16_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, lf_byte)))}
+           << (16 * k);
+      c |= std::uint64_t{static_cast<std::uint16_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(v, cr_byte)))}
+           << (16 * k);
+    }
 #else
-  lf = cr = 0;
-  for (int i = 0; i < 64; ++i) {
-    lf |= std::uint64_t{p[i] == '\n'} << i;
-    cr |= std::uint64_t{p[i] == '\r'} << i;
-  }
+    std::uint64_t l = 0, c = 0;
+    for (int i = 0; i < 64; ++i) {
+      l |= std::uint64_t{p[i] == '\n'} << i;
+      c |= std::uint64_t{p[i] == '\r'} << i;
+    }
 #endif
+    lf[b] = l;
+    cr[b] = c;
+  }
+}
+
+#if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
+// The same with 32 bytes a comparison.
+[[gnu::target("avx2")]] void LineEndMasksAvx2(const char* p, std::size_t blocks, std::uint64_t* lf,
+                                              std::uint64_t* cr) {
+  const __m256i lf_byte = _mm256_set1_epi8('\n');
+  const __m256i cr_byte = _mm256_set1_epi8('\r');
+  for (std::size_t b = 0; b < blocks; ++b, p += 64) {
+    const __m256i lo = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+    const __m256i hi = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p + 32));
+    // A lambda would not take the function's target, so the masks are spelt out.
+    const auto lf_lo =
+        static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(lo, lf_byte)));
+    const auto lf_hi =
+        static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(hi, lf_byte)));
+    const auto cr_lo =
+        static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(lo, cr_byte)));
+    const auto cr_hi =
+        static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(hi, cr_byte)));
+    lf[b] = lf_lo | (std::uint64_t{lf_hi} << 32);
+    cr[b] = cr_lo | (std::uint64_t{cr_hi} << 32);
+  }
+}
+#endif
+
+using MaskFunction = void (*)(const char*, std::size_t, std::uint64_t*, std::uint64_t*);
+
+MaskFunction ChooseLineEndMasks() {
+#if defined(__x86_64__) && (defined(__GNUC__) || defined(__clang__))
+  if (UsableCpuExtensions().avx2) return LineEndMasksAvx2;
+#endif
+  return LineEndMasks;
 }
 
 }  // namespace
@@ -135,9 +179,11 @@ struct Textfile::State {
   // wait for the rest of their sequence, and whether the file is exhausted.
   std::u16string chars;
   std::size_t next = 0;
-  // pending_bytes before pending_off were consumed undecoded by SkipLines.
+  // Undecoded bytes are pending_bytes[pending_off, pending_len); the string
+  // may be longer, so that reading more doesn't clear fresh memory each time.
   std::string pending_bytes;
   std::size_t pending_off = 0;
+  std::size_t pending_len = 0;
   bool source_done = false;
   // Output: characters not yet handed to the system.
   std::u16string out;
@@ -147,6 +193,7 @@ struct Textfile::State {
     next = 0;
     pending_bytes.clear();
     pending_off = 0;
+    pending_len = 0;
     source_done = false;
     out.clear();
   }
@@ -189,6 +236,7 @@ struct Textfile::State {
       if (source_done) return false;
       chars.clear();
       next = 0;
+      pending_bytes.resize(pending_len);
       pending_bytes.erase(0, pending_off);
       pending_off = 0;
       std::string bytes = std::move(pending_bytes);
@@ -203,6 +251,7 @@ struct Textfile::State {
       std::size_t hold = 0;
       if (!source_done && encoding == Encoding::kUtf8) hold = IncompleteTail(bytes);
       pending_bytes.assign(bytes, bytes.size() - hold, hold);
+      pending_len = hold;
       Decode(std::string_view(bytes).substr(0, bytes.size() - hold));
     }
     return true;
@@ -212,14 +261,16 @@ struct Textfile::State {
   // end of the file.
   bool ReadRaw() {
     if (source_done) return false;
-    pending_bytes.erase(0, pending_off);
+    const std::size_t kept = pending_len - pending_off;
+    if (pending_off > 0)
+      std::memmove(pending_bytes.data(), pending_bytes.data() + pending_off, kept);
     pending_off = 0;
-    const std::size_t kept = pending_bytes.size();
-    pending_bytes.resize(kept + kReadChunk);
+    pending_len = kept;
+    if (pending_bytes.size() < kept + kRawChunk) pending_bytes.resize(kept + kRawChunk);
     int error = 0;
-    const std::int64_t n = file.Read(pending_bytes.data() + kept, kReadChunk, error);
+    const std::int64_t n = file.Read(pending_bytes.data() + kept, kRawChunk, error);
     if (n < 0) Fail(kIoReadError);
-    pending_bytes.resize(kept + static_cast<std::size_t>(n));
+    pending_len = kept + static_cast<std::size_t>(n);
     if (n == 0) source_done = true;
     return n > 0;
   }
@@ -230,7 +281,7 @@ struct Textfile::State {
       if (chars[next] == u'\n') ++next;
       return;
     }
-    if (pending_off >= pending_bytes.size() && !ReadRaw()) return;
+    if (pending_off >= pending_len && !ReadRaw()) return;
     if (pending_bytes[pending_off] == '\n') ++pending_off;
   }
 
@@ -260,7 +311,7 @@ struct Textfile::State {
         SkipLineFeed();
         cr_pending = false;
       }
-      if (pending_off >= pending_bytes.size()) {
+      if (pending_off >= pending_len) {
         if (ReadRaw()) continue;
         if (in_line) ++skipped;
         break;
@@ -269,7 +320,7 @@ struct Textfile::State {
       // One line the plain way: near the end of the buffer, or in the block
       // that holds the last line wanted.
       const char* p = pending_bytes.data() + pending_off;
-      const std::size_t n = pending_bytes.size() - pending_off;
+      const std::size_t n = pending_len - pending_off;
       const auto* lf = static_cast<const char*>(std::memchr(p, '\n', n));
       const std::size_t before_lf = lf ? static_cast<std::size_t>(lf - p) : n;
       const auto* cr = static_cast<const char*>(std::memchr(p, '\r', before_lf));
@@ -279,7 +330,7 @@ struct Textfile::State {
       } else if (lf != nullptr) {
         pending_off += before_lf + 1;
       } else {
-        pending_off = pending_bytes.size();
+        pending_off = pending_len;
         in_line = true;
         continue;
       }
@@ -293,25 +344,30 @@ struct Textfile::State {
   // in them don't reach `count`. A CR counts as a line end, an LF unless a
   // CR stands right before it. True if any block was skipped.
   bool SkipLineBlocks(std::int64_t count, std::int64_t& skipped, bool& in_line, bool& cr_pending) {
+    constexpr std::size_t kRun = 64;  // blocks whose masks are made at once
+    std::uint64_t lf[kRun], cr[kRun];
+    const MaskFunction masks = ChooseLineEndMasks();
     bool any = false;
-    while (pending_bytes.size() - pending_off >= 64) {
-      std::uint64_t lf, cr;
-      LineEndMasks(pending_bytes.data() + pending_off, lf, cr);
-      const std::uint64_t paired_lf = lf & ((cr << 1) | (cr_pending ? 1u : 0u));
-      const std::uint64_t ends = cr | (lf & ~paired_lf);
-      const int found = std::popcount(ends);
-      if (skipped + found >= count) break;
-      const std::uint64_t content = ~(lf | cr);
-      if (ends != 0) {
-        const int last = 63 - std::countl_zero(ends);
-        in_line = ((content >> last) >> 1) != 0;
-      } else {
-        in_line = in_line || content != 0;
+    while (pending_len - pending_off >= 64) {
+      const std::size_t blocks = std::min(kRun, (pending_len - pending_off) / 64);
+      masks(pending_bytes.data() + pending_off, blocks, lf, cr);
+      for (std::size_t b = 0; b < blocks; ++b) {
+        const std::uint64_t paired_lf = lf[b] & ((cr[b] << 1) | (cr_pending ? 1u : 0u));
+        const std::uint64_t ends = cr[b] | (lf[b] & ~paired_lf);
+        const int found = std::popcount(ends);
+        if (skipped + found >= count) return any;
+        const std::uint64_t content = ~(lf[b] | cr[b]);
+        if (ends != 0) {
+          const int last = 63 - std::countl_zero(ends);
+          in_line = ((content >> last) >> 1) != 0;
+        } else {
+          in_line = in_line || content != 0;
+        }
+        skipped += found;
+        cr_pending = (cr[b] >> 63) != 0;
+        pending_off += 64;
+        any = true;
       }
-      skipped += found;
-      cr_pending = (cr >> 63) != 0;
-      pending_off += 64;
-      any = true;
     }
     return any;
   }
