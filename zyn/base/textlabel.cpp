@@ -138,55 +138,30 @@ void TCustomTextLabel::Changed() {
   if (FOnChange) FOnChange(this);
 }
 
-void TCustomTextLabel::SetTxtLblPosX(double Value) {
-  FPosX = Value;
+template <typename T>
+void TCustomTextLabel::Store(T& field, T value) {
+  field = value;
   Changed();
 }
-void TCustomTextLabel::SetTxtLblPosY(double Value) {
-  FPosY = Value;
-  Changed();
-}
+
+void TCustomTextLabel::SetTxtLblPosX(double Value) { Store(FPosX, Value); }
+void TCustomTextLabel::SetTxtLblPosY(double Value) { Store(FPosY, Value); }
 void TCustomTextLabel::SetTxtLblLayer(int Value) {
   if (Value < 1 || Value > 16) return;
   FLayer = Value;
   Changed();
 }
-void TCustomTextLabel::SetTxtLblShadowDx(int Value) {
-  FXShadow = Value;
-  Changed();
-}
-void TCustomTextLabel::SetTxtLblShadowDy(int Value) {
-  FYShadow = Value;
-  Changed();
-}
-void TCustomTextLabel::SetTxtLblColorShadow(TColor Value) {
-  FColorShadow = Value;
-  Changed();
-}
-void TCustomTextLabel::SetTxtLblAlignment(TAlignment Value) {
-  FAlignment = Value;
-  Changed();
-}
+void TCustomTextLabel::SetTxtLblShadowDx(int Value) { Store(FXShadow, Value); }
+void TCustomTextLabel::SetTxtLblShadowDy(int Value) { Store(FYShadow, Value); }
+void TCustomTextLabel::SetTxtLblColorShadow(TColor Value) { Store(FColorShadow, Value); }
+void TCustomTextLabel::SetTxtLblAlignment(TAlignment Value) { Store(FAlignment, Value); }
 void TCustomTextLabel::SetTxtLblVertAlignment(TVerticalAlignment Value) {
-  FVertAlign = Value;
-  Changed();
+  Store(FVertAlign, Value);
 }
-void TCustomTextLabel::SetTxtLblScreenPos(TTxtLblAttachMode Value) {
-  FAttachDat = Value;
-  Changed();
-}
-void TCustomTextLabel::SetTxtLblColorBkg(TColor Value) {
-  FColorBkg = Value;
-  Changed();
-}
-void TCustomTextLabel::SetTxtLblColorBrd(TColor Value) {
-  FColorBrd = Value;
-  Changed();
-}
-void TCustomTextLabel::SetTxtLblTranspar(bool Value) {
-  FTransPar = Value;
-  Changed();
-}
+void TCustomTextLabel::SetTxtLblScreenPos(TTxtLblAttachMode Value) { Store(FAttachDat, Value); }
+void TCustomTextLabel::SetTxtLblColorBkg(TColor Value) { Store(FColorBkg, Value); }
+void TCustomTextLabel::SetTxtLblColorBrd(TColor Value) { Store(FColorBrd, Value); }
+void TCustomTextLabel::SetTxtLblTranspar(bool Value) { Store(FTransPar, Value); }
 void TCustomTextLabel::SetTxtLblFont(const TFont& Value) {
   FFont.Assign(Value);
   Changed();
@@ -197,14 +172,8 @@ void TCustomTextLabel::SetTxtLblCaption(std::u16string_view Value) {
     if (c < 32 && c != 10) c = u' ';
   Changed();
 }
-void TCustomTextLabel::SetTxtLblMode(TTxtLblMode Value) {
-  FMode = Value;
-  Changed();
-}
-void TCustomTextLabel::SetTxtLblVisible(bool Value) {
-  FVisible = Value;
-  Changed();
-}
+void TCustomTextLabel::SetTxtLblMode(TTxtLblMode Value) { Store(FMode, Value); }
+void TCustomTextLabel::SetTxtLblVisible(bool Value) { Store(FVisible, Value); }
 
 void TCustomTextLabel::Assign(const TPersistent& Source) {
   const auto* s = dynamic_cast<const TCustomTextLabel*>(&Source);

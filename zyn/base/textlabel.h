@@ -91,6 +91,10 @@ class TCustomTextLabel : public TPersistent {
   void AssignTo(TPersistent& Dest) const override;
 
  private:
+  // Stores the value and fires, as every setter but the layer's does.
+  template <typename T>
+  void Store(T& field, T value);
+
   double FPosX = 100.0;
   double FPosY = 10.0;
   int FLayer = 1;
