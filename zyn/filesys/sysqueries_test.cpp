@@ -211,11 +211,11 @@ TEST(InventPasswordTest, RatesOfCapitalsAndReplacements) {
       capitals += caps[k] != plain[k];
     }
     RandSeed = seed;
-    const std::u16string spec = InventPassword(14, false, true);
-    for (std::size_t k = 0; k < spec.size(); ++k) {
+    const std::u16string special = InventPassword(14, false, true);
+    for (std::size_t k = 0; k < special.size(); ++k) {
       ++positions;
-      specials += std::u16string_view(u"_!$%#=").find(spec[k]) != std::u16string_view::npos;
-      changed += spec[k] != plain[k];
+      specials += std::u16string_view(u"_!$%#=").find(special[k]) != std::u16string_view::npos;
+      changed += special[k] != plain[k];
     }
   }
   // Expected: half of the letters; a fifth of the positions replaced, 6/16

@@ -1,6 +1,6 @@
 // zyn/platform/trash.h
 //
-// The desktop's trash, as the freedesktop.org Trash specification 1.0 lays it
+// The desktop's trash, as freedesktop.org's Trash standard 1.0 lays it
 // out: $XDG_DATA_HOME/Trash for files on the file system of the user's data,
 // else $topdir/.Trash/$uid or $topdir/.Trash-$uid on the file's own mount.
 
