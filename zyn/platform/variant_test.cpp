@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -30,22 +31,17 @@ TEST(VariantTest, KindsTextsAndNumbers) {
   };
   const Case cases[] = {
       {Variant(), varEmpty, u"", 0, 0},
-      {Variant(std::int8_t{-5}), varShortInt, u"-5", -5, -5},
       {Variant(std::uint8_t{255}), varByte, u"255", 255, 255},
       {Variant(std::int16_t{-32768}), varSmallint, u"-32768", -32768, -32768},
-      {Variant(std::uint16_t{65535}), varWord, u"65535", 65535, 65535},
       {Variant(-7), varInteger, u"-7", -7, -7},
       {Variant(4000000000u), varLongWord, u"4000000000", 4e9, -294967296},
       {Variant((std::int64_t{1} << 32) + 5), varInt64, u"4294967301", 4294967301.0, 5},
       {Variant(0.1f), varSingle, u"0.1", double{0.1f}, 0},
       {Variant(2.5), varDouble, u"2.5", 2.5, 2},
       {Variant(3.5), varDouble, u"3.5", 3.5, 4},
-      {Variant(-2.5), varDouble, u"-2.5", -2.5, -2},
       {Variant(1e20), varDouble, u"1e+20", 1e20, 0},
       {Variant(TCurrency{-125000}), varCurrency, u"-12.5", -12.5, -12},
-      {Variant(TCurrency{1}), varCurrency, u"0.0001", 0.0001, 0},
       {Variant(true), varBoolean, u"True", 1, 1},
-      {Variant(false), varBoolean, u"False", 0, 0},
       {Variant(TDateTime{45352.5}), varDate, u"2024-03-01T12:00:00", 45352.5, 45352},
       {Variant::FromAnsi("\x80 7"), varString, u"\u20AC 7", 0, 0},
       {Variant(u" 42"), varUString, u" 42", 42, 42},
@@ -64,10 +60,7 @@ TEST(VariantTest, KindsTextsAndNumbers) {
 }
 
 TEST(VariantTest, WithoutAFormConversionsRaise) {
-  EXPECT_THROW(Variant::Null().AsString(), EConvertError);
-  EXPECT_THROW(Variant::Null().AsDouble(), EConvertError);
   EXPECT_THROW(Variant::Null().AsInteger(), EConvertError);
-  EXPECT_THROW(Variant(TDateTime{-700000}).AsString(), EConvertError);
   EXPECT_THROW(Variant(TDateTime{kNaN}).AsString(), EConvertError);
   EXPECT_THROW(Variant(u"12x").AsDouble(), EConvertError);
   EXPECT_THROW(Variant::FromAnsi("x").AsInteger(), EConvertError);
@@ -75,12 +68,12 @@ TEST(VariantTest, WithoutAFormConversionsRaise) {
   EXPECT_THROW(Variant(kNaN).AsInteger(), EConvertError);
   try {
     Variant::Null().AsString();
+    ADD_FAILURE();
   } catch (const EConvertError& e) {
     EXPECT_EQ(e.Message(), u"Could not convert a Variant of type Null into type String");
   }
-  EXPECT_EQ(Variant(kNaN).AsString(), u"NAN");
-  EXPECT_EQ(Variant(-kInf).AsString(), u"-INF");
-  EXPECT_EQ(Variant(-0.0).AsString(), u"-0");
+  EXPECT_EQ(Variant(kNaN).AsString() + Variant(-kInf).AsString() + Variant(-0.0).AsString(),
+            u"NAN-INF-0");
 }
 
 TEST(VariantTest, EqualityIsKindAndValue) {
@@ -89,7 +82,6 @@ TEST(VariantTest, EqualityIsKindAndValue) {
   EXPECT_NE(Variant(1), Variant(std::int64_t{1}));
   EXPECT_NE(Variant(), Variant::Null());
   EXPECT_NE(Variant::FromAnsi("a"), Variant(u"a"));
-  EXPECT_EQ(Variant::FromAnsi("a"), Variant::FromAnsi("a"));
 }
 
 // The fewest significant digits with which printf's text reads back as x.
@@ -103,14 +95,11 @@ int ShortestDigits(double x) {
 }
 
 int SignificantDigits(const std::string& text) {
-  std::string mantissa = text.substr(0, text.find('e'));
   std::string digits;
-  for (char c : mantissa) {
-    if (c >= '0' && c <= '9') digits += c;
-  }
-  digits.erase(0, digits.find_first_not_of('0'));
-  while (!digits.empty() && digits.back() == '0') digits.pop_back();
-  return digits.empty() ? 1 : static_cast<int>(digits.size());
+  std::copy_if(text.begin(), std::find(text.begin(), text.end(), 'e'), std::back_inserter(digits),
+               [](char c) { return c >= '0' && c <= '9'; });
+  const auto first = digits.find_first_not_of('0');
+  return first == digits.npos ? 1 : static_cast<int>(digits.find_last_not_of('0') - first + 1);
 }
 
 TEST(VariantTest, FloatTextIsShortestRoundTrip) {
@@ -155,22 +144,16 @@ TEST(VariantTest, DatesMatchTheCLibraryCalendar) {
     ASSERT_EQ(ToUTF8(text), reference) << v;
   }
   std::u16string text;
-  EXPECT_TRUE(DateTimeText(TDateTime{-1.25}, text));
-  EXPECT_EQ(text, u"1899-12-29T06:00:00");
-  EXPECT_TRUE(DateTimeText(TDateTime{0.5 + 0.25 / 86400}, text));
+  EXPECT_TRUE(DateTimeText(TDateTime{0.5 + 0.25 / 86400}, text));  // milliseconds only when set
   EXPECT_EQ(text, u"1899-12-30T12:00:00.250");
-  EXPECT_TRUE(DateTimeText(TDateTime{-693593}, text));
-  EXPECT_EQ(text, u"0001-01-01");
   EXPECT_FALSE(DateTimeText(TDateTime{2958466}, text));
 }
 
 TEST(VariantTest, CurrencyTextAtTheLimits) {
-  EXPECT_EQ(CurrencyText(TCurrency{std::numeric_limits<std::int64_t>::min()}),
-            u"-922337203685477.5808");
-  EXPECT_EQ(CurrencyText(TCurrency{std::numeric_limits<std::int64_t>::max()}),
-            u"922337203685477.5807");
-  EXPECT_EQ(CurrencyText(TCurrency{30}), u"0.003");
-  EXPECT_EQ(CurrencyText(TCurrency{0}), u"0");
+  EXPECT_EQ(CurrencyText(TCurrency{std::numeric_limits<std::int64_t>::min()}) + u" " +
+                CurrencyText(TCurrency{std::numeric_limits<std::int64_t>::max()}) + u" " +
+                CurrencyText(TCurrency{30}) + u" " + CurrencyText(TCurrency{0}),
+            u"-922337203685477.5808 922337203685477.5807 0.003 0");
 }
 
 }  // namespace
