@@ -11,6 +11,7 @@
 #include <cstring>
 #include <deque>
 #include <future>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -105,9 +106,7 @@ TEST(SaveDialogTest, StandardDialogRounds) {
     ASSERT_EQ(script.shown.size(), c.picked.size());
     EXPECT_EQ(script.shown[0].name, u"start.txt");
     // A second round starts from the name the first one settled on.
-    if (c.picked.size() > 1) {
-      EXPECT_EQ(script.shown[1].name, folder + u"taken.dat");
-    }
+    EXPECT_TRUE(c.picked.size() < 2 || script.shown[1].name == folder + u"taken.dat");
   }
 }
 
@@ -122,10 +121,8 @@ TEST(SaveDialogTest, WhatTheStandardDialogIsShown) {
   ASSERT_EQ(script.shown.size(), 1u);
   const auto& s = script.shown[0];
   ASSERT_EQ(s.types.size(), 2u);  // "All" has no mask and is dropped
-  EXPECT_EQ(s.types[1].DisplayName, u"Images");
-  EXPECT_EQ(s.types[1].FileMask, u"*.png;*.jpg");
-  EXPECT_EQ(s.title, u"Save plot");
-  EXPECT_EQ(s.folder, u"/x");
+  EXPECT_EQ(s.types[1].DisplayName + u"|" + s.types[1].FileMask, u"Images|*.png;*.jpg");
+  EXPECT_EQ(s.title + u"|" + s.folder, u"Save plot|/x");
   EXPECT_EQ(s.type_index, 1);
   // The type change gave the edit box the new extension (from ".png;*.jpg"
   // minus nothing: the mask less its first character), without the folder.
@@ -163,8 +160,7 @@ TEST(SaveDialogTest, FailuresAndMessages) {
             "Component \"Saver\": Invalid reply argument from overwrite dialog");
   d.SetParameters(u"n=\"12abc\" x=1,5 y=\"1.5\" e=\"\"");
   EXPECT_EQ(d.ExtractParamAsInt(u"N"), 12);
-  EXPECT_EQ(d.ExtractParamAsDouble(u"x"), 1.5);
-  EXPECT_EQ(d.ExtractParamAsDouble(u"y"), 1.5);
+  EXPECT_EQ(d.ExtractParamAsDouble(u"x") + d.ExtractParamAsDouble(u"y"), 3.0);  // "," and "."
   EXPECT_EQ(d.ExtractParamAsString(u"missing"), u"");
   EXPECT_EQ(message_of([&] { d.ExtractParamAsInt(u"missing"); }),
             "Component \"Saver\": missing is not specified in property Parameters");
@@ -220,6 +216,25 @@ TEST(SaveDialogTest, HostDialogAndForbiddenDirectory) {
   EXPECT_FALSE(d.IsForbiddenDir(u"/data"));
 }
 
+// Sets (or, with nullptr, removes) an environment variable for one scope.
+class ScopedEnv {
+ public:
+  ScopedEnv(const char* name, const char* value) : name_(name) {
+    const char* old = std::getenv(name);
+    had_ = old != nullptr;
+    old_ = had_ ? old : "";
+    value ? setenv(name, value, 1) : unsetenv(name);
+  }
+  ScopedEnv(const ScopedEnv&) = delete;
+  ScopedEnv& operator=(const ScopedEnv&) = delete;
+  ~ScopedEnv() { had_ ? setenv(name_, old_.c_str(), 1) : unsetenv(name_); }
+
+ private:
+  const char* name_;
+  bool had_;
+  std::string old_;
+};
+
 // A session bus address where no bus can be: no portal answers there.
 constexpr const char* kNoBus = "unix:path=/nonexistent/zyn-test-bus";
 
@@ -246,28 +261,16 @@ class DesktopDialogTest : public ::testing::Test {
     close(fds[0]);
     ASSERT_TRUE(ready) << "Xvfb gave no display within 20 s";
     display_ = ":" + std::string(number, strcspn(number, "\n"));
-    const char* old = std::getenv("DISPLAY");
-    old_display_ = old ? old : "";
-    setenv("DISPLAY", display_.c_str(), 1);
+    display_env_.emplace("DISPLAY", display_.c_str());
     // zenity is under test: a portal on the developer's session bus would
     // take its place.
-    const char* bus = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-    old_bus_ = bus ? bus : "";
-    setenv("DBUS_SESSION_BUS_ADDRESS", kNoBus, 1);
+    bus_env_.emplace("DBUS_SESSION_BUS_ADDRESS", kNoBus);
     ASSERT_EQ(std::system("command -v zenity >/dev/null && command -v xdotool >/dev/null"), 0)
         << "zenity and xdotool are needed (installed by tools/bootstrap.sh)";
   }
   void TearDown() override {
-    if (old_bus_.empty()) {
-      unsetenv("DBUS_SESSION_BUS_ADDRESS");
-    } else {
-      setenv("DBUS_SESSION_BUS_ADDRESS", old_bus_.c_str(), 1);
-    }
-    if (old_display_.empty()) {
-      unsetenv("DISPLAY");
-    } else {
-      setenv("DISPLAY", old_display_.c_str(), 1);
-    }
+    bus_env_.reset();
+    display_env_.reset();
     if (xvfb_ > 0) {
       kill(xvfb_, SIGTERM);
       waitpid(xvfb_, nullptr, 0);
@@ -300,7 +303,8 @@ class DesktopDialogTest : public ::testing::Test {
   }
 
   pid_t xvfb_ = 0;
-  std::string display_, old_display_, old_bus_;
+  std::string display_;
+  std::optional<ScopedEnv> display_env_, bus_env_;
 };
 
 TEST_F(DesktopDialogTest, TypedNameIsTakenAndEscapeCancels) {
@@ -320,25 +324,14 @@ TEST_F(DesktopDialogTest, TypedNameIsTakenAndEscapeCancels) {
 }
 
 TEST(SaveDialogTest, NoDesktopIsAnErrorNotAHang) {
-  const char* old = std::getenv("DISPLAY");
-  const std::string saved = old ? old : "";
-  const char* bus = std::getenv("DBUS_SESSION_BUS_ADDRESS");
-  const std::string saved_bus = bus ? bus : "";
-  unsetenv("DISPLAY");
-  unsetenv("WAYLAND_DISPLAY");
-  setenv("DBUS_SESSION_BUS_ADDRESS", kNoBus, 1);
+  const ScopedEnv display("DISPLAY", nullptr), wayland("WAYLAND_DISPLAY", nullptr),
+      bus("DBUS_SESSION_BUS_ADDRESS", kNoBus);
   TUnivSaveDialog d;
   try {
     d.Execute();
     ADD_FAILURE() << "no exception";
   } catch (const EZYNFileSysError& e) {
     EXPECT_EQ(std::string(e.what()), "Component \"\": Error in standard dialog (errnum = $0002).");
-  }
-  if (!saved.empty()) setenv("DISPLAY", saved.c_str(), 1);
-  if (saved_bus.empty()) {
-    unsetenv("DBUS_SESSION_BUS_ADDRESS");
-  } else {
-    setenv("DBUS_SESSION_BUS_ADDRESS", saved_bus.c_str(), 1);
   }
 }
 

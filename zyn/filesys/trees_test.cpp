@@ -39,10 +39,10 @@ std::string Pattern(std::size_t n) {
   return s;
 }
 
-struct timespec MTime(const fs::path& p) {
+std::pair<long, long> MTime(const fs::path& p) {
   struct stat st {};
   ::stat(p.c_str(), &st);
-  return st.st_mtim;
+  return {st.st_mtim.tv_sec, st.st_mtim.tv_nsec};
 }
 
 mode_t Mode(const fs::path& p) {
@@ -78,7 +78,7 @@ void RecordScan(std::u16string_view dir, int count) { scan_calls.emplace_back(Ut
 
 TEST(FileCopyFeedBkTest, FeedbackRunsOncePerRoundAndTwiceAround) {
   TempDir t;
-  for (const std::size_t n : {0u, 1u, 8191u, 8192u, 8193u, 3u * 8192u, 100000u}) {
+  for (const std::size_t n : {0u, 8191u, 8192u, 8193u, 3u * 8192u}) {
     SCOPED_TRACE(n);
     const std::string data = Pattern(n);
     WriteFileBytes(t / "src", data);
@@ -88,8 +88,7 @@ TEST(FileCopyFeedBkTest, FeedbackRunsOncePerRoundAndTwiceAround) {
     file_calls.clear();
     EXPECT_EQ(FileCopyFeedBk(U(t / "src"), U(t / "dst"), false, RecordFile), kCopyOk);
     EXPECT_EQ(ReadFileBytes(t / "dst"), data);
-    EXPECT_EQ(MTime(t / "dst").tv_sec, stamp.tv_sec);
-    EXPECT_EQ(MTime(t / "dst").tv_nsec, stamp.tv_nsec);
+    EXPECT_EQ(MTime(t / "dst"), std::make_pair(stamp.tv_sec, stamp.tv_nsec));
     // Start, one call per round (a multiple of 8192 takes one more, empty
     // round) with the bytes before that round, then the end.
     std::vector<std::pair<int, int>> expected{{0, int(n)}};
@@ -119,7 +118,7 @@ TEST(FileCopyFeedBkTest, TargetDirectoryAttributesAndAbort) {
   EXPECT_EQ(FileCopyFeedBk(U(t / "a.txt"), U(t / "part"), true, AbortAtFirst), kCopyOk);
   EXPECT_EQ(ReadFileBytes(t / "part"), Pattern(8192));
   EXPECT_EQ(file_calls, (std::vector<std::pair<int, int>>{{0, 20000}, {0, 20000}, {8192, 20000}}));
-  EXPECT_EQ(MTime(t / "part").tv_nsec, MTime(t / "a.txt").tv_nsec);
+  EXPECT_EQ(MTime(t / "part"), MTime(t / "a.txt"));
   EXPECT_EQ(Mode(t / "part"), 0750u);
 }
 
@@ -177,17 +176,10 @@ TEST(CopyFileTreeTest, CopiesTreeAsCpDoes) {
   const std::string diff = "diff -r --no-dereference '" + (t / "src").string() + "' '" +
                            (t / "dst").string() + "' >/dev/null 2>&1";
   EXPECT_EQ(std::system(diff.c_str()), 0);
-  EXPECT_TRUE(fs::is_directory(t / "dst" / "empty"));
-  EXPECT_TRUE(fs::is_symlink(t / "dst" / "link"));
-  EXPECT_EQ(fs::read_symlink(t / "dst" / "link"), "f1.txt");
-
+  EXPECT_EQ(fs::read_symlink(t / "dst" / "link"), "f1.txt");  // the link itself, not its file
   ASSERT_FALSE(tree_calls.empty());
-  const std::string first = tree_calls.front().name;
-  for (const TreeCall& c : tree_calls) {
-    if (c.name == first) {
-      EXPECT_EQ(c.files, 1) << c.name;
-    }
-  }
+  for (const TreeCall& c : tree_calls)  // all calls for the first file count it as one
+    EXPECT_TRUE(c.name != tree_calls.front().name || c.files == 1) << c.name;
   EXPECT_EQ(tree_calls.back().files, 7);  // six files and the link
 
   // A copy onto an existing copy replaces files and links.
@@ -274,9 +266,8 @@ TEST(DelDirTreeTest, PathsLongerThanTheKernelTakes) {
   EXPECT_EQ(FileDetect(U(t / "deep") + u"/LEAF"), list[0]);
   CopyFileTree(U(t / "deep"), U(t / "copy"), false, nullptr);
   EXPECT_EQ(CountFiles(U(t / "copy") + u"/*", true, nullptr), 1);
-  EXPECT_EQ(DelDirTree(U(t / "deep")), u"");
-  EXPECT_EQ(DelDirTree(U(t / "copy")), u"");
-  EXPECT_FALSE(fs::exists(t / "deep"));
+  EXPECT_EQ(DelDirTree(U(t / "deep")) + DelDirTree(U(t / "copy")), u"");
+  EXPECT_FALSE(fs::exists(t / "deep") || fs::exists(t / "copy"));
 }
 
 TEST(DelDirTreeTest, LinkSwapRaceNeverReachesOutside) {
@@ -319,17 +310,15 @@ TEST(DelDirTreeTest, LinkSwapRaceNeverReachesOutside) {
 
 TEST(DeleteFilesTest, OneDirectoryNoDotNamesNoDirectories) {
   TempDir t;
-  for (const char* name : {"a.txt", "b.txt", "c.csv", ".d.txt", "e.txt"}) {
+  for (const char* name : {"a.txt", "b.txt", "c.csv", ".d.txt", "e.txt"})
     WriteFileBytes(t / name, name);
-  }
   fs::create_directories(t / "dir.txt");
   fs::create_directories(t / "sub");
   WriteFileBytes(t / "sub" / "f.txt", "");
   ::chmod((t / "e.txt").c_str(), 0444);
   EXPECT_EQ(DeleteFiles(U(t.path()) + u"/*.txt"), 2);
-  for (const char* kept : {".d.txt", "e.txt", "c.csv", "dir.txt", "sub/f.txt"}) {
+  for (const char* kept : {".d.txt", "e.txt", "c.csv", "dir.txt", "sub/f.txt"})
     EXPECT_TRUE(fs::exists(t / kept)) << kept;
-  }
   EXPECT_EQ(DeleteFiles(U(t / "nowhere") + u"/*"), 0);
 }
 
@@ -346,9 +335,8 @@ TEST(ScanTest, FilesFirstThenSubdirectoriesMaskWithoutCase) {
   scan_calls.clear();
   ScanFilesToStrList(base + u"*.txt", true, &list, RecordScan);
   ASSERT_EQ(list.Count(), 3);
-  EXPECT_EQ(list[0], u"kept");
-  EXPECT_EQ(list[1], base + u"f1.txt");
-  EXPECT_EQ(list[2], base + u"d1/d2/F5.TXT");
+  EXPECT_EQ(list[0] + u"|" + list[1] + u"|" + list[2],
+            u"kept|" + base + u"f1.txt|" + base + u"d1/d2/F5.TXT");
   // One call per directory entered, with the count so far; .git is hidden.
   const std::string b = Utf8(base);
   EXPECT_EQ(scan_calls, (std::vector<std::pair<std::string, int>>{
@@ -371,7 +359,6 @@ TEST(FileDetectTest, DepthFirstIntoPlainDirectoriesOnly) {
   WriteFileBytes(t / "a" / ".c" / "other.dat", "");
   EXPECT_EQ(FileDetect(U(t / "a") + u"/target.DAT"), U(t / "a" / "b" / "Target.dat"));
   EXPECT_EQ(FileDetect(U(t / "a") + u"/other.dat"), u"");  // hidden directories aren't entered
-  EXPECT_EQ(FileDetect(U(t / "a") + u"/nothing"), u"");
   EXPECT_EQ(FileDetect(U(t / "none") + u"/x"), u"");
   // A read-only directory is searched only as the start.
   ::chmod((t / "a" / "b").c_str(), 0555);
@@ -408,13 +395,11 @@ class TmpfsMount {
 
 TEST(DirTest, EmptyExistsReadOnly) {
   TempDir t;
-  EXPECT_TRUE(DirEmpty(U(t.path())));
-  EXPECT_TRUE(DirEmpty(U(t / "missing")));
+  EXPECT_TRUE(DirEmpty(U(t.path())) && DirEmpty(U(t / "missing")));
   WriteFileBytes(t / ".x", "");
   EXPECT_FALSE(DirEmpty(U(t.path()) + u"/"));
   EXPECT_TRUE(DirExists(U(t.path())));
-  EXPECT_FALSE(DirExists(U(t / ".x")));
-  EXPECT_FALSE(DirExists(u""));
+  EXPECT_FALSE(DirExists(U(t / ".x")) || DirExists(u""));
   EXPECT_FALSE(DirIsReadOnly(U(t.path())));
   EXPECT_FALSE(fs::exists(t / "$%$LO%$.$$$"));
   EXPECT_TRUE(DirIsReadOnly(U(t / "missing")));
@@ -456,11 +441,11 @@ TEST(RecycleBinTest, HomeTrashWithInfoAndNoOverwrite) {
 
   EXPECT_EQ(MoveToRecycleBin(U(t / "data") + u"/*.txt"), 2);
   EXPECT_FALSE(fs::exists(t / "data" / "c.txt"));
-  EXPECT_EQ(ReadFileBytes(trash / "files" / "a b%\xc3\xbc.txt"), "one");
-  EXPECT_EQ(ReadFileBytes(trash / "files" / "c.txt"), "c");
-  EXPECT_TRUE(fs::exists(t / "data" / ".dot.txt"));
-  EXPECT_TRUE(fs::is_symlink(t / "data" / "dangling.txt"));
-  EXPECT_TRUE(fs::exists(t / "data" / "sub" / "deep.txt"));
+  EXPECT_EQ(ReadFileBytes(trash / "files" / "a b%\xc3\xbc.txt") +
+                ReadFileBytes(trash / "files" / "c.txt"),
+            "onec");
+  for (const char* kept : {".dot.txt", "dangling.txt", "sub/deep.txt"})
+    EXPECT_TRUE(fs::is_symlink(t / "data" / kept) || fs::exists(t / "data" / kept)) << kept;
 
   const fs::path info = trash / "info" / "a b%\xc3\xbc.txt.trashinfo";
   const std::string text = ReadFileBytes(info);
@@ -475,8 +460,8 @@ TEST(RecycleBinTest, HomeTrashWithInfoAndNoOverwrite) {
   WriteFileBytes(t / "data" / "c.txt", "c2");
   WriteFileBytes(t / "data" / "d", "d");
   EXPECT_EQ(MoveToRecycleBin(U(t / "data") + u"/c.txt"), 1);
-  EXPECT_EQ(ReadFileBytes(trash / "files" / "c.txt"), "c");
-  EXPECT_EQ(ReadFileBytes(trash / "files" / "c.2.txt"), "c2");
+  EXPECT_EQ(ReadFileBytes(trash / "files" / "c.txt") + ReadFileBytes(trash / "files" / "c.2.txt"),
+            "cc2");
   EXPECT_TRUE(fs::exists(trash / "info" / "c.2.txt.trashinfo"));
   // A stale .trashinfo claims its name too.
   WriteFileBytes(trash / "info" / "d.trashinfo", "stale");
