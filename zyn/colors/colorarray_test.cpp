@@ -24,25 +24,26 @@ using zyn::testing::ReadFileBytes;
 using zyn::testing::TempDir;
 using zyn::testing::WriteFileBytes;
 
-// Counts OnChange calls of an array.
-struct EventCount {
-  explicit EventCount(TColorArray& a) {
-    a.SetOnChange([this](zyn::platform::TObject*) { ++count; });
-  }
-  int count = 0;
-};
-
 std::vector<TColor> Colors(const TColorArray& a) {
   std::vector<TColor> v;
   for (int i = 1; i <= a.Size(); ++i) v.push_back(a.GetColorElem(i));
   return v;
 }
 
-// An array of `size` colours 1, 2, 3, ...
+// Makes `a` an array of `size` colours 1, 2, 3, ...
 void Numbered(TColorArray& a, int size) {
   a.SetSize(size);
   for (int i = 1; i <= size; ++i) a.SetColorElem(i, static_cast<TColor>(i));
 }
+
+// An array of colours 1, 2, 3, ... that counts its OnChange calls from then on.
+struct Watched : TColorArray {
+  explicit Watched(int size) {
+    Numbered(*this, size);
+    SetOnChange([this](zyn::platform::TObject*) { ++events; });
+  }
+  int events = 0;
+};
 
 std::u16string Path(const TempDir& dir, const char* name) {
   return FromUTF8((dir / name).string());
@@ -59,21 +60,19 @@ TEST(TColorArrayTest, NewArrayIsTheRainbowScale) {
 }
 
 TEST(TColorArrayTest, ResizeAndItsEvents) {
-  TColorArray a;
+  Watched a(6);
   a.SetName(u"cols");
-  Numbered(a, 6);
-  EventCount events(a);
   EXPECT_FALSE(a.Resize(0));
   EXPECT_TRUE(a.Resize(6));
   a.SetSize(-4);
-  EXPECT_EQ(events.count, 0);
+  EXPECT_EQ(a.events, 0);
   EXPECT_EQ(a.Size(), 6);
 
   EXPECT_TRUE(a.Resize(3));
   EXPECT_TRUE(a.Resize(5));
   EXPECT_EQ(Colors(a), (std::vector<TColor>{1, 2, 3, 0, 0}));
   a.SetSize(1);
-  EXPECT_EQ(events.count, 3);
+  EXPECT_EQ(a.events, 3);
 
   // A size the memory may not hold is refused by the unit's exception.
   zyn::platform::SetAllocationCeiling(1 << 20);
@@ -85,16 +84,14 @@ TEST(TColorArrayTest, ResizeAndItsEvents) {
   }
   zyn::platform::SetAllocationCeiling(0);
   EXPECT_EQ(a.Size(), 1);
-  EXPECT_EQ(events.count, 3);
+  EXPECT_EQ(a.events, 3);
 }
 
 TEST(TColorArrayTest, ElementsFillMirrorInvert) {
-  TColorArray a;
-  Numbered(a, 4);
-  EventCount events(a);
+  Watched a(4);
   a.SetColorElem(0, 9);
   a.SetColorElem(5, 9);
-  EXPECT_EQ(events.count, 0);
+  EXPECT_EQ(a.events, 0);
   a.SetColorElem(4, 0xFF000004);
   a.MirrorColors();
   EXPECT_EQ(Colors(a), (std::vector<TColor>{0xFF000004, 3, 2, 1}));
@@ -102,7 +99,7 @@ TEST(TColorArrayTest, ElementsFillMirrorInvert) {
   EXPECT_EQ(Colors(a), (std::vector<TColor>{0xFFFFFB, 0xFFFFFC, 0xFFFFFD, 0xFFFFFE}));
   a.Fill(7);
   EXPECT_EQ(Colors(a), (std::vector<TColor>(4, 7)));
-  EXPECT_EQ(events.count, 4);
+  EXPECT_EQ(a.events, 4);
 }
 
 TEST(TColorArrayTest, FillByInterpolation) {
@@ -113,12 +110,10 @@ TEST(TColorArrayTest, FillByInterpolation) {
        {F{4, -3, {63, 127, 191, 255}}, F{10, 2, {0, 0, 127, 127, 127, 127, 127, 255, 255, 255}},
         F{1, 7, {255}}}) {
     SCOPED_TRACE(testing::Message() << size << " " << levels);
-    TColorArray a;
-    a.SetSize(size);
-    EventCount events(a);
+    Watched a(size);
     a.FillByInterpolation(levels, black_red);
     EXPECT_EQ(Colors(a), want);
-    EXPECT_EQ(events.count, 1);
+    EXPECT_EQ(a.events, 1);
   }
 
   TColorArray small;
@@ -147,14 +142,12 @@ TEST(TColorArrayTest, FillByInterpolation) {
     }
   }
 
-  TColorArray one;
-  one.SetSize(5);
+  Watched one(5);
   const TColor gold[] = {0x00D7FF};
   one.FillByInterpolation(3, gold);
+  one.FillByInterpolation(0, {});  // no colours: nothing changes
   EXPECT_EQ(Colors(one), std::vector<TColor>(5, 0x00D7FF));
-  EventCount events(one);
-  one.FillByInterpolation(0, {});
-  EXPECT_EQ(events.count, 0);
+  EXPECT_EQ(one.events, 1);
 }
 
 // The search against the plain reading of its rule: the first entry whose
@@ -176,8 +169,7 @@ TEST(TColorArrayTest, ColorToIndexAgreesWithDistanceSearch) {
   }
 
   // Entries past the last whole block of 16, and a tie across blocks.
-  TColorArray small;
-  Numbered(small, 20);
+  Watched small(20);
   small.SetColorElem(19, 0x0000F0);
   small.SetColorElem(3, 0x0000F0);
   EXPECT_EQ(find(small, 0x0000F1), std::pair(3, RGBColorDistance(0x0000F1, 0x0000F0)));
@@ -203,19 +195,15 @@ TEST(TColorArrayTest, CopyFromClampsExchangesAndSkips) {
         C{-5, 2, 5, {1, 2, 3, 4, 11, 12}}, C{7, 100, 1, {17, 18, 3, 4, 5, 6}},
         C{1, 8, -2, {14, 15, 16, 17, 18, 6}}, C{1, 8, INT_MIN, {1, 2, 3, 4, 5, 6}}}) {
     SCOPED_TRACE(testing::Message() << lo << " " << hi << " " << dest);
-    TColorArray a;
-    Numbered(a, 6);
-    EventCount events(a);
+    Watched a(6);
     a.CopyFrom(&source, lo, hi, dest);
     EXPECT_EQ(Colors(a), want);
-    EXPECT_EQ(events.count, 1);
+    EXPECT_EQ(a.events, 1);
   }
 
-  TColorArray a;
-  Numbered(a, 10);
-  EventCount events(a);
+  Watched a(10);
   a.CopyFrom(nullptr, 1, 2, 3);
-  EXPECT_EQ(events.count, 0);
+  EXPECT_EQ(a.events, 0);
   a.CopyFrom(&a, 1, 5, 3);  // overlapping, forward
   EXPECT_EQ(Colors(a), (std::vector<TColor>{1, 2, 1, 2, 3, 4, 5, 8, 9, 10}));
   Numbered(a, 10);
@@ -224,21 +212,20 @@ TEST(TColorArrayTest, CopyFromClampsExchangesAndSkips) {
 }
 
 TEST(TColorArrayTest, IsEqualAndAssign) {
-  TColorArray a, b;
-  EXPECT_TRUE(a.IsEqual(&b));
-  EXPECT_FALSE(a.IsEqual(nullptr));
+  TColorArray fresh, b;
+  EXPECT_TRUE(fresh.IsEqual(&b));
+  EXPECT_FALSE(fresh.IsEqual(nullptr));
   b.SetColorElem(1000, 0xFF000040);
-  EXPECT_FALSE(a.IsEqual(&b));  // whole 32-bit values
+  EXPECT_FALSE(fresh.IsEqual(&b));  // whole 32-bit values
 
-  Numbered(a, 3);
-  EventCount a_events(a);
+  Watched a(3);
   int b_events = 0;
   b.SetOnChange([&](zyn::platform::TObject*) { ++b_events; });
   a.Assign(b);
   EXPECT_TRUE(a.IsEqual(&b));
-  EXPECT_EQ(a_events.count, 0);
+  EXPECT_EQ(a.events, 0);
   a.Changed();
-  EXPECT_EQ(a_events.count, 1);  // a kept its own handler
+  EXPECT_EQ(a.events, 1);  // a kept its own handler
   EXPECT_EQ(b_events, 0);
 
   zyn::platform::TComponent other;
@@ -286,12 +273,10 @@ TEST(ColourBlockTest, ReadsBlocks) {
   for (const auto& [text, adjust, ok, want, want_events] : cases) {
     SCOPED_TRACE(text);
     WriteFileBytes(dir / "b.txt", text);
-    TColorArray a;
-    Numbered(a, 4);
-    EventCount events(a);
+    Watched a(4);
     EXPECT_EQ(a.LoadFromFile(Path(dir, "b.txt"), adjust), ok);
     EXPECT_EQ(Colors(a), want);
-    EXPECT_EQ(events.count, want_events);
+    EXPECT_EQ(a.events, want_events);
   }
   zyn::platform::SetAllocationCeiling(0);
 
