@@ -65,8 +65,7 @@ TEST(TColorArrayTest, ResizeAndItsEvents) {
   EXPECT_FALSE(a.Resize(0));
   EXPECT_TRUE(a.Resize(6));
   a.SetSize(-4);
-  EXPECT_EQ(a.events, 0);
-  EXPECT_EQ(a.Size(), 6);
+  EXPECT_EQ(std::pair(a.Size(), a.events), std::pair(6, 0));
 
   EXPECT_TRUE(a.Resize(3));
   EXPECT_TRUE(a.Resize(5));
@@ -83,14 +82,12 @@ TEST(TColorArrayTest, ResizeAndItsEvents) {
     EXPECT_EQ(e.Message(), u"Component \"cols\": not enough memory");
   }
   zyn::platform::SetAllocationCeiling(0);
-  EXPECT_EQ(a.Size(), 1);
-  EXPECT_EQ(a.events, 3);
+  EXPECT_EQ(std::pair(a.Size(), a.events), std::pair(1, 3));
 }
 
 TEST(TColorArrayTest, ElementsFillMirrorInvert) {
   Watched a(4);
-  a.SetColorElem(0, 9);
-  a.SetColorElem(5, 9);
+  for (int outside : {0, 5}) a.SetColorElem(outside, 9);
   EXPECT_EQ(a.events, 0);
   a.SetColorElem(4, 0xFF000004);
   a.MirrorColors();
@@ -299,8 +296,7 @@ TEST(ColourBlockTest, RoundTripsAndSharesAnOpenFile) {
   f.Assign(Path(dir, "two.txt"));
   f.Rewrite();
   f.WriteLn(u"colours follow");
-  ASSERT_TRUE(a.WriteToOpenTextFile(f, 1, 3));
-  ASSERT_TRUE(a.WriteToOpenTextFile(f, 998, 1000));
+  ASSERT_TRUE(a.WriteToOpenTextFile(f, 1, 3) && a.WriteToOpenTextFile(f, 998, 1000));
   f.WriteLn(u"end");
   f.Close();
 
@@ -308,8 +304,7 @@ TEST(ColourBlockTest, RoundTripsAndSharesAnOpenFile) {
   EXPECT_EQ(f.ReadLn(), u"colours follow");
   TColorArray c;
   c.Fill(0);
-  EXPECT_TRUE(c.ReadFromOpenTextFile(f, false));
-  EXPECT_TRUE(c.ReadFromOpenTextFile(f, false));
+  EXPECT_TRUE(c.ReadFromOpenTextFile(f, false) && c.ReadFromOpenTextFile(f, false));
   EXPECT_EQ(f.ReadLn(), u"end");
   for (int i : {1, 2, 3, 998, 999, 1000}) EXPECT_EQ(c.ColorElem(i), a.ColorElem(i)) << i;
   EXPECT_EQ(c.ColorElem(4), 0u);
