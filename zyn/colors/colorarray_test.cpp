@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <climits>
 #include <cmath>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "testing/zyn_testing.h"
@@ -22,25 +24,26 @@ using zyn::testing::ReadFileBytes;
 using zyn::testing::TempDir;
 using zyn::testing::WriteFileBytes;
 
-// Counts OnChange calls of an array.
-struct EventCount {
-  explicit EventCount(TColorArray& a) {
-    a.SetOnChange([this](zyn::platform::TObject*) { ++count; });
-  }
-  int count = 0;
-};
-
 std::vector<TColor> Colors(const TColorArray& a) {
   std::vector<TColor> v;
   for (int i = 1; i <= a.Size(); ++i) v.push_back(a.GetColorElem(i));
   return v;
 }
 
-// An array of `size` colours 1, 2, 3, ...
+// Makes `a` an array of `size` colours 1, 2, 3, ...
 void Numbered(TColorArray& a, int size) {
   a.SetSize(size);
   for (int i = 1; i <= size; ++i) a.SetColorElem(i, static_cast<TColor>(i));
 }
+
+// An array of colours 1, 2, 3, ... that counts its OnChange calls from then on.
+struct Watched : TColorArray {
+  explicit Watched(int size) {
+    Numbered(*this, size);
+    SetOnChange([this](zyn::platform::TObject*) { ++events; });
+  }
+  int events = 0;
+};
 
 std::u16string Path(const TempDir& dir, const char* name) {
   return FromUTF8((dir / name).string());
@@ -52,27 +55,23 @@ TEST(TColorArrayTest, NewArrayIsTheRainbowScale) {
   EXPECT_EQ(a.ColorElem(1000), ColorArray_Rainbow.back());
   // Index 1 lies H / N along, not at the first support colour.
   EXPECT_EQ(a.ColorElem(1), InterpolateColor(ColorArray_Rainbow[0], ColorArray_Rainbow[1], 0.01));
-  EXPECT_EQ(a.GetColorElem(0), a.GetColorElem(1));
   EXPECT_EQ(a.GetColorElem(INT_MIN), a.GetColorElem(1));
   EXPECT_EQ(a.GetColorElem(INT_MAX), a.GetColorElem(1000));
 }
 
 TEST(TColorArrayTest, ResizeAndItsEvents) {
-  TColorArray a;
+  Watched a(6);
   a.SetName(u"cols");
-  Numbered(a, 6);
-  EventCount events(a);
   EXPECT_FALSE(a.Resize(0));
   EXPECT_TRUE(a.Resize(6));
   a.SetSize(-4);
-  EXPECT_EQ(events.count, 0);
-  EXPECT_EQ(a.Size(), 6);
+  EXPECT_EQ(std::pair(a.Size(), a.events), std::pair(6, 0));
 
   EXPECT_TRUE(a.Resize(3));
   EXPECT_TRUE(a.Resize(5));
   EXPECT_EQ(Colors(a), (std::vector<TColor>{1, 2, 3, 0, 0}));
   a.SetSize(1);
-  EXPECT_EQ(events.count, 3);
+  EXPECT_EQ(a.events, 3);
 
   // A size the memory may not hold is refused by the unit's exception.
   zyn::platform::SetAllocationCeiling(1 << 20);
@@ -83,17 +82,13 @@ TEST(TColorArrayTest, ResizeAndItsEvents) {
     EXPECT_EQ(e.Message(), u"Component \"cols\": not enough memory");
   }
   zyn::platform::SetAllocationCeiling(0);
-  EXPECT_EQ(a.Size(), 1);
-  EXPECT_EQ(events.count, 3);
+  EXPECT_EQ(std::pair(a.Size(), a.events), std::pair(1, 3));
 }
 
 TEST(TColorArrayTest, ElementsFillMirrorInvert) {
-  TColorArray a;
-  Numbered(a, 4);
-  EventCount events(a);
-  a.SetColorElem(0, 9);
-  a.SetColorElem(5, 9);
-  EXPECT_EQ(events.count, 0);
+  Watched a(4);
+  for (int outside : {0, 5}) a.SetColorElem(outside, 9);
+  EXPECT_EQ(a.events, 0);
   a.SetColorElem(4, 0xFF000004);
   a.MirrorColors();
   EXPECT_EQ(Colors(a), (std::vector<TColor>{0xFF000004, 3, 2, 1}));
@@ -101,140 +96,111 @@ TEST(TColorArrayTest, ElementsFillMirrorInvert) {
   EXPECT_EQ(Colors(a), (std::vector<TColor>{0xFFFFFB, 0xFFFFFC, 0xFFFFFD, 0xFFFFFE}));
   a.Fill(7);
   EXPECT_EQ(Colors(a), (std::vector<TColor>(4, 7)));
-  EXPECT_EQ(events.count, 4);
+  EXPECT_EQ(a.events, 4);
 }
 
 TEST(TColorArrayTest, FillByInterpolation) {
   const std::vector<TColor> black_red = {0x000000, 0x0000FF};
-  struct Case {
-    int size, levels;
-    std::vector<TColor> want;
-  };
   // Two levels: t = round(i / 10 * 2), x = round(5 * t).
-  const Case cases[] = {{4, -3, {63, 127, 191, 255}},
-                        {10, 2, {0, 0, 127, 127, 127, 127, 127, 255, 255, 255}},
-                        {1, 7, {255}}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << c.size << " " << c.levels);
-    TColorArray a;
-    a.SetSize(c.size);
-    EventCount events(a);
-    a.FillByInterpolation(c.levels, black_red);
-    EXPECT_EQ(Colors(a), c.want);
-    EXPECT_EQ(events.count, 1);
+  using F = std::tuple<int, int, std::vector<TColor>>;  // size, levels, colours
+  for (const auto& [size, levels, want] :
+       {F{4, -3, {63, 127, 191, 255}}, F{10, 2, {0, 0, 127, 127, 127, 127, 127, 255, 255, 255}},
+        F{1, 7, {255}}}) {
+    SCOPED_TRACE(testing::Message() << size << " " << levels);
+    Watched a(size);
+    a.FillByInterpolation(levels, black_red);
+    EXPECT_EQ(Colors(a), want);
+    EXPECT_EQ(a.events, 1);
   }
 
-  // Fewer colours than support colours: the lower support colour of the
-  // first indices lies before the list and counts as its first entry.
   TColorArray small;
-  small.SetSize(3);
-  small.FillByInterpolation(1, ColorArray_Rainbow);
-  EXPECT_EQ(small.ColorElem(1), ColorArray_Rainbow[0]);
-  for (int levels : {0, 1, 2, 5, 100, INT_MAX}) {
-    for (int size : {1, 2, 9, 10, 11}) {
-      small.SetSize(size);
-      small.FillByInterpolation(levels, ColorArray_Contrast);  // never outside the list
-    }
+  for (int k = 0; k < 30; ++k) {  // never outside the list
+    small.SetSize(std::array{1, 2, 9, 10, 11}[k % 5]);
+    small.FillByInterpolation(std::array{0, 1, 2, 5, 100, INT_MAX}[k / 5], ColorArray_Contrast);
   }
 
-  // Index by index, each computed afresh as the scale's rule reads.
+  // Index by index, each computed afresh as the scale's rule reads; with
+  // fewer colours than support colours the first indices' lower support
+  // colour lies before the list and counts as its first entry.
   for (int levels : {0, 1, 2, 3, 7, 50}) {
     for (int size : {2, 11, 12, 999}) {
       SCOPED_TRACE(testing::Message() << size << " " << levels);
       TColorArray a;
       a.SetSize(size);
       a.FillByInterpolation(levels, ColorArray_Geo2);
-      const int high = 10;
       for (int i = 1; i <= size; ++i) {
-        const int x = levels > 0
-                          ? static_cast<int>(std::nearbyint(
-                                size / double(levels) * std::nearbyint(i / double(size) * levels)))
-                          : i;
-        const int lo = std::max(0, static_cast<int>(high * (x - 1) / double(size)));
-        const TColor want = InterpolateColor(ColorArray_Geo2[static_cast<std::size_t>(lo)],
-                                             ColorArray_Geo2[static_cast<std::size_t>(lo) + 1],
-                                             high * x / double(size) - lo);
-        ASSERT_EQ(a.ColorElem(i), want) << i;
+        const double t = std::nearbyint(i / double(size) * levels);
+        const int x = levels > 0 ? static_cast<int>(std::nearbyint(size / double(levels) * t)) : i;
+        const std::size_t lo = static_cast<std::size_t>(std::max(0, 10 * (x - 1) / size));
+        ASSERT_EQ(a.ColorElem(i), InterpolateColor(ColorArray_Geo2[lo], ColorArray_Geo2[lo + 1],
+                                                   10 * x / double(size) - double(lo)))
+            << i;
       }
     }
   }
 
-  TColorArray one;
-  one.SetSize(5);
+  Watched one(5);
   const TColor gold[] = {0x00D7FF};
   one.FillByInterpolation(3, gold);
+  one.FillByInterpolation(0, {});  // no colours: nothing changes
   EXPECT_EQ(Colors(one), std::vector<TColor>(5, 0x00D7FF));
-  EventCount events(one);
-  one.FillByInterpolation(0, {});
-  EXPECT_EQ(events.count, 0);
+  EXPECT_EQ(one.events, 1);
 }
 
 // The search against the plain reading of its rule: the first entry whose
 // RGBColorDistance is below every earlier one and below 1.0.
 TEST(TColorArrayTest, ColorToIndexAgreesWithDistanceSearch) {
+  const auto find = [](const TColorArray& a, TColor c) {
+    double distance = -1;
+    const int index = a.ColorToIndex(c, distance);
+    return std::pair{index, distance};
+  };
   TColorArray a;
   for (TColor probe = 0; probe < 0x1000000; probe += 0x010305 * 7) {
-    int want = 1;
-    double want_distance = 1.0;
+    std::pair want{1, 1.0};
     for (int i = 1; i <= a.Size(); ++i) {
       const double d = RGBColorDistance(probe, a.GetColorElem(i));
-      if (d < want_distance) want = i, want_distance = d;
+      if (d < want.second) want = {i, d};
     }
-    double distance = -1;
-    ASSERT_EQ(a.ColorToIndex(probe, distance), want) << probe;
-    ASSERT_EQ(distance, want_distance) << probe;
+    ASSERT_EQ(find(a, probe), want) << probe;
   }
-  double distance = -1;
 
   // Entries past the last whole block of 16, and a tie across blocks.
-  TColorArray small;
-  Numbered(small, 20);
+  Watched small(20);
   small.SetColorElem(19, 0x0000F0);
   small.SetColorElem(3, 0x0000F0);
-  EXPECT_EQ(small.ColorToIndex(0x0000F1, distance), 3);
-  EXPECT_EQ(distance, RGBColorDistance(0x0000F1, 0x0000F0));
+  EXPECT_EQ(find(small, 0x0000F1), std::pair(3, RGBColorDistance(0x0000F1, 0x0000F0)));
   small.SetColorElem(3, 3);
-  EXPECT_EQ(small.ColorToIndex(0x0000F1, distance), 19);
+  EXPECT_EQ(find(small, 0x0000F1).first, 19);
 
   TColorArray white;
   white.Fill(0xFFFFFF);
-  EXPECT_EQ(white.ColorToIndex(0x000000, distance), 1);
-  EXPECT_EQ(distance, 1.0);
+  EXPECT_EQ(find(white, 0x000000), std::pair(1, 1.0));
   white.SetColorElem(7, 0x123456);
   white.SetColorElem(9, 0xFF123456);
-  EXPECT_EQ(white.ColorToIndex(0x123456, distance), 7);
-  EXPECT_EQ(distance, 0.0);
+  EXPECT_EQ(find(white, 0x123456), std::pair(7, 0.0));
 }
 
 TEST(TColorArrayTest, CopyFromClampsExchangesAndSkips) {
-  struct Case {
-    int lo, hi, dest;
-    std::vector<TColor> want;
-  };
-  const Case cases[] = {{2, 4, 1, {12, 13, 14, 4, 5, 6}},
-                        {4, 2, 1, {12, 13, 14, 4, 5, 6}},     // exchanged
-                        {-5, 2, 5, {1, 2, 3, 4, 11, 12}},     // clamped to 1
-                        {7, 100, 1, {17, 18, 3, 4, 5, 6}},    // clamped to the source's 8
-                        {1, 8, -2, {14, 15, 16, 17, 18, 6}},  // places below 1 skipped
-                        {1, 8, INT_MIN, {1, 2, 3, 4, 5, 6}}};
+  // Ends exchanged, clamped to 1 and to the source's 8; places below 1 skipped.
+  using C = std::tuple<int, int, int, std::vector<TColor>>;  // lo, hi, dest, colours
   TColorArray source;
-  Numbered(source, 8);
+  source.SetSize(8);
   for (int i = 1; i <= 8; ++i) source.SetColorElem(i, 10 + i);
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << c.lo << " " << c.hi << " " << c.dest);
-    TColorArray a;
-    Numbered(a, 6);
-    EventCount events(a);
-    a.CopyFrom(&source, c.lo, c.hi, c.dest);
-    EXPECT_EQ(Colors(a), c.want);
-    EXPECT_EQ(events.count, 1);
+  for (const auto& [lo, hi, dest, want] :
+       {C{2, 4, 1, {12, 13, 14, 4, 5, 6}}, C{4, 2, 1, {12, 13, 14, 4, 5, 6}},
+        C{-5, 2, 5, {1, 2, 3, 4, 11, 12}}, C{7, 100, 1, {17, 18, 3, 4, 5, 6}},
+        C{1, 8, -2, {14, 15, 16, 17, 18, 6}}, C{1, 8, INT_MIN, {1, 2, 3, 4, 5, 6}}}) {
+    SCOPED_TRACE(testing::Message() << lo << " " << hi << " " << dest);
+    Watched a(6);
+    a.CopyFrom(&source, lo, hi, dest);
+    EXPECT_EQ(Colors(a), want);
+    EXPECT_EQ(a.events, 1);
   }
 
-  TColorArray a;
-  Numbered(a, 10);
-  EventCount events(a);
+  Watched a(10);
   a.CopyFrom(nullptr, 1, 2, 3);
-  EXPECT_EQ(events.count, 0);
+  EXPECT_EQ(a.events, 0);
   a.CopyFrom(&a, 1, 5, 3);  // overlapping, forward
   EXPECT_EQ(Colors(a), (std::vector<TColor>{1, 2, 1, 2, 3, 4, 5, 8, 9, 10}));
   Numbered(a, 10);
@@ -243,21 +209,20 @@ TEST(TColorArrayTest, CopyFromClampsExchangesAndSkips) {
 }
 
 TEST(TColorArrayTest, IsEqualAndAssign) {
-  TColorArray a, b;
-  EXPECT_TRUE(a.IsEqual(&b));
-  EXPECT_FALSE(a.IsEqual(nullptr));
+  TColorArray fresh, b;
+  EXPECT_TRUE(fresh.IsEqual(&b));
+  EXPECT_FALSE(fresh.IsEqual(nullptr));
   b.SetColorElem(1000, 0xFF000040);
-  EXPECT_FALSE(a.IsEqual(&b));  // whole 32-bit values
+  EXPECT_FALSE(fresh.IsEqual(&b));  // whole 32-bit values
 
-  Numbered(a, 3);
-  EventCount a_events(a);
+  Watched a(3);
   int b_events = 0;
   b.SetOnChange([&](zyn::platform::TObject*) { ++b_events; });
   a.Assign(b);
   EXPECT_TRUE(a.IsEqual(&b));
-  EXPECT_EQ(a_events.count, 0);
+  EXPECT_EQ(a.events, 0);
   a.Changed();
-  EXPECT_EQ(a_events.count, 1);  // a kept its own handler
+  EXPECT_EQ(a.events, 1);  // a kept its own handler
   EXPECT_EQ(b_events, 0);
 
   zyn::platform::TComponent other;
@@ -270,20 +235,12 @@ TEST(ColourBlockTest, WritesHeadAndHexLines) {
   TColorArray a;
   Numbered(a, 6);
   a.SetColorElem(4, 0xFF00FF00);
-  struct Case {
-    int first, last;
-    std::string want;
-  };
-  const Case cases[] = {
-      {5, 3, "3 5\r\n00000003\r\nFF00FF00\r\n00000005\r\n"},
-      {5, 100, "5 6\r\n00000005\r\n00000006\r\n"},
-      {-5, 1, "1 1\r\n00000001\r\n"},
-      {9, 12, "9 6\r\n"},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.want);
-    EXPECT_TRUE(a.StoreOnFile(c.first, c.last, Path(dir, "b.txt")));
-    EXPECT_EQ(ReadFileBytes(dir / "b.txt"), c.want);
+  using W = std::tuple<int, int, std::string>;  // first, last, file
+  for (const auto& [first, last, want] : {W{5, 3, "3 5\r\n00000003\r\nFF00FF00\r\n00000005\r\n"},
+                                          W{5, 100, "5 6\r\n00000005\r\n00000006\r\n"},
+                                          W{-5, 1, "1 1\r\n00000001\r\n"}, W{9, 12, "9 6\r\n"}}) {
+    EXPECT_TRUE(a.StoreOnFile(first, last, Path(dir, "b.txt"))) << want;
+    EXPECT_EQ(ReadFileBytes(dir / "b.txt"), want);
   }
   EXPECT_FALSE(a.StoreOnFile(1, 6, Path(dir, "no/such/dir.txt")));
   // A write that fails (the device is full) shows in the result.
@@ -292,13 +249,8 @@ TEST(ColourBlockTest, WritesHeadAndHexLines) {
 
 TEST(ColourBlockTest, ReadsBlocks) {
   const TempDir dir;
-  struct Case {
-    const char* text;
-    bool adjust;
-    bool ok;
-    std::vector<TColor> want;  // the array of 4 colours 1..4 afterwards
-    int events;
-  };
+  // The file, adjust, result, the array of colours 1..4 afterwards, events.
+  using Case = std::tuple<const char*, bool, bool, std::vector<TColor>, int>;
   const Case cases[] = {
       {"1 2\r\n0000FF00\r\n00FF0000\r\n", false, true, {0xFF00, 0xFF0000, 3, 4}, 3},
       {"1 2\n0000FF00\n00FF0000\n", true, true, {0xFF00, 0xFF0000}, 4},
@@ -315,15 +267,13 @@ TEST(ColourBlockTest, ReadsBlocks) {
       {"5 3\n", false, true, {1, 2, 3, 4}, 1},           // empty range
   };
   zyn::platform::SetAllocationCeiling(64 << 20);
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.text);
-    WriteFileBytes(dir / "b.txt", c.text);
-    TColorArray a;
-    Numbered(a, 4);
-    EventCount events(a);
-    EXPECT_EQ(a.LoadFromFile(Path(dir, "b.txt"), c.adjust), c.ok);
-    EXPECT_EQ(Colors(a), c.want);
-    EXPECT_EQ(events.count, c.events);
+  for (const auto& [text, adjust, ok, want, want_events] : cases) {
+    SCOPED_TRACE(text);
+    WriteFileBytes(dir / "b.txt", text);
+    Watched a(4);
+    EXPECT_EQ(a.LoadFromFile(Path(dir, "b.txt"), adjust), ok);
+    EXPECT_EQ(Colors(a), want);
+    EXPECT_EQ(a.events, want_events);
   }
   zyn::platform::SetAllocationCeiling(0);
 
@@ -346,8 +296,7 @@ TEST(ColourBlockTest, RoundTripsAndSharesAnOpenFile) {
   f.Assign(Path(dir, "two.txt"));
   f.Rewrite();
   f.WriteLn(u"colours follow");
-  ASSERT_TRUE(a.WriteToOpenTextFile(f, 1, 3));
-  ASSERT_TRUE(a.WriteToOpenTextFile(f, 998, 1000));
+  ASSERT_TRUE(a.WriteToOpenTextFile(f, 1, 3) && a.WriteToOpenTextFile(f, 998, 1000));
   f.WriteLn(u"end");
   f.Close();
 
@@ -355,8 +304,7 @@ TEST(ColourBlockTest, RoundTripsAndSharesAnOpenFile) {
   EXPECT_EQ(f.ReadLn(), u"colours follow");
   TColorArray c;
   c.Fill(0);
-  EXPECT_TRUE(c.ReadFromOpenTextFile(f, false));
-  EXPECT_TRUE(c.ReadFromOpenTextFile(f, false));
+  EXPECT_TRUE(c.ReadFromOpenTextFile(f, false) && c.ReadFromOpenTextFile(f, false));
   EXPECT_EQ(f.ReadLn(), u"end");
   for (int i : {1, 2, 3, 998, 999, 1000}) EXPECT_EQ(c.ColorElem(i), a.ColorElem(i)) << i;
   EXPECT_EQ(c.ColorElem(4), 0u);

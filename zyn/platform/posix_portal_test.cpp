@@ -14,6 +14,7 @@
 #include <systemd/sd-bus.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
@@ -60,10 +61,7 @@ class ScopedEnv {
 class PrivateBus {
  public:
   PrivateBus() {
-    zyn::testing::WriteFileBytes(dir_ / "bus.conf", R"(<!DOCTYPE busconfig PUBLIC
- "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
- "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig>
+    zyn::testing::WriteFileBytes(dir_ / "bus.conf", R"(<busconfig>
   <type>session</type>
   <listen>unix:path=)" + (dir_ / "bus").string() + R"(</listen>
   <auth>EXTERNAL</auth>
@@ -125,7 +123,7 @@ class PrivateBus {
 // What the fake portal answers to one SaveFile.
 struct Script {
   std::uint32_t response = 0;
-  std::vector<std::string> uris;
+  std::optional<std::string> uri;
   std::optional<Filter> current_filter;
   bool vanish = false;  // leave the bus instead of answering
 };
@@ -254,8 +252,7 @@ class FakePortal {
       self.seen_ = seen;
     }
     std::string sender = sd_bus_message_get_sender(m) + 1;
-    for (char& c : sender)
-      if (c == '.') c = '_';
+    std::replace(sender.begin(), sender.end(), '.', '_');
     const std::string handle = "/org/freedesktop/portal/desktop/request/" + sender + "/" + token;
     sd_bus_reply_method_return(m, "o", handle.c_str());
     if (self.script_.vanish) {
@@ -269,17 +266,8 @@ class FakePortal {
     sd_bus_message_open_container(signal, 'a', "{sv}");
     // A result the library doesn't ask for, which it has to pass over.
     sd_bus_message_append(signal, "{sv}", "choices", "a(ss)", 1, "encoding", "utf8");
-    if (!self.script_.uris.empty()) {
-      sd_bus_message_open_container(signal, 'e', "sv");
-      sd_bus_message_append(signal, "s", "uris");
-      sd_bus_message_open_container(signal, 'v', "as");
-      sd_bus_message_open_container(signal, 'a', "s");
-      for (const std::string& uri : self.script_.uris)
-        sd_bus_message_append(signal, "s", uri.c_str());
-      sd_bus_message_close_container(signal);
-      sd_bus_message_close_container(signal);
-      sd_bus_message_close_container(signal);
-    }
+    if (self.script_.uri)
+      sd_bus_message_append(signal, "{sv}", "uris", "as", 1, self.script_.uri->c_str());
     if (self.script_.current_filter) {
       sd_bus_message_open_container(signal, 'e', "sv");
       sd_bus_message_append(signal, "s", "current_filter");
@@ -340,13 +328,13 @@ TEST_F(PortalDialogTest, AnswersOfThePortal) {
   };
   const Case cases[] = {
       {"confirmed with another type", u"plot.txt", 1,
-       Script{0, {"file:///tmp/zyn%20portal/pl%C3%A4t.png"}, images}, true, 0,
+       Script{0, "file:///tmp/zyn%20portal/pl%C3%A4t.png", images}, true, 0,
        u"/tmp/zyn portal/plät.png", 2, "/tmp/zyn portal", "plot.txt", text},
       {"cancelled: name and type stay", u"/data/old/report.txt", 4, Script{1, {}, std::nullopt},
        false, 0, u"/data/old/report.txt", 4, "/data/old", "report.txt", all},
       {"the portal failed", u"a.txt", 2, Script{2, {}, std::nullopt}, false, kDialogFailure,
        u"a.txt", 2, "/tmp/zyn portal", "a.txt", images},
-      {"confirmed with no local file", u"a.txt", 1, Script{0, {"sftp://host/a.txt"}, std::nullopt},
+      {"confirmed with no local file", u"a.txt", 1, Script{0, "sftp://host/a.txt", std::nullopt},
        false, kDialogFailure, u"a.txt", 1, "/tmp/zyn portal", "a.txt", text},
       {"the portal left without an answer", u"b.txt", 1, Script{0, {}, std::nullopt, true}, false,
        kDialogFailure, u"b.txt", 1, "/tmp/zyn portal", "b.txt", text},
