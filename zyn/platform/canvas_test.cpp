@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <functional>
 #include <map>
 #include <string>
 
@@ -33,137 +34,100 @@ struct Sheet {
   TBitmap bitmap;
 };
 
-TEST(CanvasTest, LinesLeaveOutTheirEndPixel) {
-  struct Case {
-    const char* name;
-    int x0, y0, x1, y1;
-    Picture want;
-  };
-  const Case cases[] = {
-      {"right", 1, 1, 5, 1, {1, 1, {"####"}}},
-      {"left", 5, 1, 1, 1, {2, 1, {"####"}}},
-      {"down", 1, 1, 1, 4, {1, 1, {"#", "#", "#"}}},
-      {"shallow, halves round up", 0, 0, 5, 2, {0, 0, {"##...", "..##.", "....#"}}},
-      {"steep", 0, 0, 2, 5, {0, 0, {"#..", "#..", ".#.", ".#.", "..#"}}},
-      {"diagonal up", 0, 4, 4, 0, {0, 1, {"...#", "..#.", ".#..", "#..."}}},
-      {"zero length", 3, 3, 3, 3, {0, 0, {}}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    Sheet s;
-    s.cv().MoveTo(c.x0, c.y0);
-    s.cv().LineTo(c.x1, c.y1);
-    EXPECT_TRUE(ShowsPicture(s.bitmap, c.want, kColors));
-    EXPECT_EQ(s.cv().PenPos(), (TPoint{c.x1, c.y1}));
+// A picture at x, y whose rows are separated by '/'.
+Picture At(int x, int y, std::string_view rows) {
+  Picture p{x, y, {}};
+  for (std::string_view rest = rows; !rest.empty();) {
+    const std::size_t end = std::min(rest.find('/'), rest.size());
+    p.rows.push_back(rest.substr(0, end));
+    rest.remove_prefix(std::min(end + 1, rest.size()));
   }
+  return p;
 }
 
-TEST(CanvasTest, PenStylesAndWidths) {
+TEST(CanvasTest, ShapesTakeTheirPixels) {
+  const auto line = [](int x0, int y0, int x1, int y1) {
+    return [=](TCanvas& cv) {
+      cv.MoveTo(x0, y0);
+      cv.LineTo(x1, y1);
+      EXPECT_EQ(cv.PenPos(), (TPoint{x1, y1}));
+    };
+  };
+  const auto rect = [](int l, int t, int r, int b, TBrushStyle brush = bsSolid) {
+    return [=](TCanvas& cv) {
+      cv.Brush().SetStyle(brush);
+      cv.Rectangle(l, t, r, b);
+    };
+  };
+  const TPoint square[] = {{1, 1}, {4, 1}, {4, 4}, {1, 4}};
+  const TPoint bow[] = {{0, 0}, {6, 4}, {6, 0}, {0, 4}};
+  const TPoint one[] = {{3, 2}};
   struct Case {
     const char* name;
-    TPenStyle style;
+    TPenStyle pen;
     int width;
+    std::function<void(TCanvas&)> draw;
     Picture want;
   };
   const Case cases[] = {
-      {"dot: 3 on, 3 off", psDot, 1, {0, 1, {"###...###..."}}},
-      {"alternate", psAlternate, 1, {0, 1, {"#.#.#.#.#.#."}}},
-      {"clear", psClear, 1, {0, 0, {}}},
+      // Lines leave out their end pixel.
+      {"line right", psSolid, 1, line(1, 1, 5, 1), At(1, 1, "####")},
+      {"line left", psSolid, 1, line(5, 1, 1, 1), At(2, 1, "####")},
+      {"line down", psSolid, 1, line(1, 1, 1, 4), At(1, 1, "#/#/#")},
+      {"shallow, halves round up", psSolid, 1, line(0, 0, 5, 2), At(0, 0, "##.../..##./....#")},
+      {"steep", psSolid, 1, line(0, 0, 2, 5), At(0, 0, "#../#../.#./.#./..#")},
+      {"diagonal up", psSolid, 1, line(0, 4, 4, 0), At(0, 1, "...#/..#./.#../#...")},
+      {"zero length", psSolid, 1, line(3, 3, 3, 3), At(0, 0, "")},
+      {"dot: 3 on, 3 off", psDot, 1, line(0, 1, 12, 1), At(0, 1, "###...###...")},
+      {"alternate", psAlternate, 1, line(0, 1, 12, 1), At(0, 1, "#.#.#.#.#.#.")},
+      {"clear pen", psClear, 1, line(0, 1, 12, 1), At(0, 0, "")},
       // Width 3: the band y 0.5..3.5 and x -1.5..13.5 around the line, half
       // open, so rows 0..2 and columns 0..11 (cut by the edge).
-      {"wide", psSolid, 3, {0, 0, {"############", "############", "############"}}},
+      {"wide", psSolid, 3, line(0, 1, 12, 1), At(0, 0, "############/############/############")},
+      {"wide pen's square ends", psSolid, 2, line(4, 4, 4, 4), At(3, 3, "##/##")},
+      // Rectangles cover left to right less one.
+      {"pen and brush", psSolid, 1, rect(1, 1, 6, 5), At(1, 1, "#####/#ooo#/#ooo#/#####")},
+      {"corners swapped", psSolid, 1, rect(6, 5, 1, 1), At(1, 1, "#####/#ooo#/#ooo#/#####")},
+      {"clear brush", psSolid, 1, rect(1, 1, 4, 4, bsClear), At(1, 1, "###/#.#/###")},
+      {"pen of 2", psSolid, 2, rect(0, 0, 6, 6),
+       At(0, 0, "######/######/##oo##/##oo##/######/######")},
+      {"one pixel", psSolid, 1, rect(2, 2, 3, 3), At(2, 2, "#")},
+      {"no width", psSolid, 1, rect(2, 2, 2, 6), At(0, 0, "")},
+      {"hatched", psSolid, 1, rect(0, 0, 10, 3, bsVertical),
+       At(0, 0, "##########/#.......o#/##########")},
+      {"without a pen the brush fills the box", psClear, 1, rect(1, 1, 3, 3), At(1, 1, "oo/oo")},
+      // Ellipses take the pixels whose centres lie inside.
+      {"ellipse 6 x 4", psSolid, 1, [](TCanvas& cv) { cv.Ellipse(1, 1, 7, 5); },
+       At(1, 1, ".####./#oooo#/#oooo#/.####.")},
+      {"ring between 7 and 3 pixel circles", psSolid, 2,
+        [](TCanvas& cv) { cv.Ellipse(0, 0, 7, 7); },
+       At(0, 0, "..###../.#####./##ooo##/##ooo##/##ooo##/.#####./..###..")},
+      {"ellipse of one pixel", psSolid, 1, [](TCanvas& cv) { cv.Ellipse(2, 2, 3, 3); },
+       At(2, 2, "#")},
+      // Polygons fill their inside and draw every edge.
+      {"polygon", psSolid, 1, [&](TCanvas& cv) { cv.Polygon(square); },
+       At(1, 1, "####/#oo#/#oo#/####")},
+      // Without a pen the rows count half-open: the lowest edge stays out.
+      {"polygon without pen", psClear, 1, [&](TCanvas& cv) { cv.Polygon(square); },
+       At(1, 1, "oooo/oooo/oooo")},
+      // Even-odd, edges included: the two halves of a bow tie meet in 3, 2.
+      {"bow tie", psClear, 1, [&](TCanvas& cv) { cv.Polygon(bow); },
+       At(0, 0, "o.....o/oo...oo/ooooooo/oo...oo")},
+      {"empty and one-point polygons", psSolid, 1,
+       [&](TCanvas& cv) {
+         cv.Polygon(std::span<const TPoint>{});
+         cv.Polygon(one);
+       },
+       At(3, 2, "#")},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
     Sheet s;
-    s.cv().Pen().SetStyle(c.style);
+    s.cv().Pen().SetStyle(c.pen);
     s.cv().Pen().SetWidth(c.width);
-    s.cv().MoveTo(0, 1);
-    s.cv().LineTo(12, 1);
+    c.draw(s.cv());
     EXPECT_TRUE(ShowsPicture(s.bitmap, c.want, kColors));
   }
-  Sheet s;
-  s.cv().Pen().SetWidth(2);
-  s.cv().MoveTo(4, 4);
-  s.cv().LineTo(4, 4);  // a wide pen's square ends show a zero-length line
-  EXPECT_TRUE(ShowsPicture(s.bitmap, {3, 3, {"##", "##"}}, kColors));
-}
-
-TEST(CanvasTest, RectangleCoversLeftToRightLessOne) {
-  struct Case {
-    const char* name;
-    int l, t, r, b, width;
-    TBrushStyle brush;
-    Picture want;
-  };
-  const Case cases[] = {
-      {"pen and brush", 1, 1, 6, 5, 1, bsSolid, {1, 1, {"#####", "#ooo#", "#ooo#", "#####"}}},
-      {"corners swapped", 6, 5, 1, 1, 1, bsSolid, {1, 1, {"#####", "#ooo#", "#ooo#", "#####"}}},
-      {"clear brush", 1, 1, 4, 4, 1, bsClear, {1, 1, {"###", "#.#", "###"}}},
-      {"pen of 2",
-       0,
-       0,
-       6,
-       6,
-       2,
-       bsSolid,
-       {0, 0, {"######", "######", "##oo##", "##oo##", "######", "######"}}},
-      {"one pixel", 2, 2, 3, 3, 1, bsSolid, {2, 2, {"#"}}},
-      {"no width", 2, 2, 2, 6, 1, bsSolid, {0, 0, {}}},
-      {"hatched", 0, 0, 10, 3, 1, bsVertical, {0, 0, {"##########", "#.......o#", "##########"}}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    Sheet s;
-    s.cv().Pen().SetWidth(c.width);
-    s.cv().Brush().SetStyle(c.brush);
-    s.cv().Rectangle(c.l, c.t, c.r, c.b);
-    EXPECT_TRUE(ShowsPicture(s.bitmap, c.want, kColors));
-  }
-  Sheet s;
-  s.cv().Pen().SetStyle(psClear);
-  s.cv().Rectangle(1, 1, 3, 3);  // without a pen the brush fills the whole box
-  EXPECT_TRUE(ShowsPicture(s.bitmap, {1, 1, {"oo", "oo"}}, kColors));
-}
-
-TEST(CanvasTest, EllipseTakesThePixelsWhoseCentresLieInside) {
-  Sheet s;
-  s.cv().Ellipse(1, 1, 7, 5);  // 6 x 4: semi-axes 3 and 2 about 4, 3
-  EXPECT_TRUE(ShowsPicture(s.bitmap, {1, 1, {".####.", "#oooo#", "#oooo#", ".####."}}, kColors));
-  Sheet t;
-  t.cv().Pen().SetWidth(2);
-  t.cv().Ellipse(0, 0, 7, 7);  // the ring between the 7 and the 3 pixel circles
-  EXPECT_TRUE(ShowsPicture(
-      t.bitmap,
-      {0, 0, {"..###..", ".#####.", "##ooo##", "##ooo##", "##ooo##", ".#####.", "..###.."}},
-      kColors));
-  Sheet u;
-  u.cv().Ellipse(2, 2, 3, 3);
-  EXPECT_TRUE(ShowsPicture(u.bitmap, {2, 2, {"#"}}, kColors));
-}
-
-TEST(CanvasTest, PolygonFillsItsInsideAndDrawsEveryEdge) {
-  const TPoint square[] = {{1, 1}, {4, 1}, {4, 4}, {1, 4}};
-  Sheet s;
-  s.cv().Polygon(square);
-  EXPECT_TRUE(ShowsPicture(s.bitmap, {1, 1, {"####", "#oo#", "#oo#", "####"}}, kColors));
-  // Without a pen the rows count half-open: the lowest edge stays out.
-  Sheet t;
-  t.cv().Pen().SetStyle(psClear);
-  t.cv().Polygon(square);
-  EXPECT_TRUE(ShowsPicture(t.bitmap, {1, 1, {"oooo", "oooo", "oooo"}}, kColors));
-  // Even-odd, edges included: the two halves of a bow tie meet in 3, 2.
-  const TPoint bow[] = {{0, 0}, {6, 4}, {6, 0}, {0, 4}};
-  Sheet u;
-  u.cv().Pen().SetStyle(psClear);
-  u.cv().Polygon(bow);
-  EXPECT_TRUE(
-      ShowsPicture(u.bitmap, {0, 0, {"o.....o", "oo...oo", "ooooooo", "oo...oo"}}, kColors));
-  Sheet v;
-  v.cv().Polygon(std::span<const TPoint>{});
-  const TPoint one[] = {{3, 2}};
-  v.cv().Polygon(one);
-  EXPECT_TRUE(ShowsPicture(v.bitmap, {3, 2, {"#"}}, kColors));
 }
 
 TEST(CanvasTest, NothingLandsOutsideTheRaster) {
@@ -273,15 +237,14 @@ std::vector<TColor> ReadWithCairo(const std::string& path, int& w, int& h) {
 TEST(CanvasTest, PngFilesRoundTripAndCairoReadsThem) {
   zyn::testing::TempDir dir;
   TBitmap b(5, 3);
-  const TColor colors[] = {0x000000, 0x0000FF, 0x00FF00, 0xFF0000, 0x123456};
+  const std::vector<TColor> colors = {0x000000, 0x0000FF, 0x00FF00, 0xFF0000, 0x123456};
   for (int x = 0; x < 5; ++x) b.Canvas().SetPixels(x, 1, colors[x]);
   const std::string path = (dir / "b.png").string();
   b.SaveToFile(FromUTF8(path));
   int w = 0, h = 0;
   const std::vector<TColor> seen = ReadWithCairo(path, w, h);
-  ASSERT_EQ(w, 5);
-  ASSERT_EQ(h, 3);
-  for (int x = 0; x < 5; ++x) EXPECT_EQ(seen[5 + x], colors[x]);
+  ASSERT_EQ(std::pair(w, h), std::pair(5, 3));
+  EXPECT_EQ(std::vector<TColor>(seen.begin() + 5, seen.begin() + 10), colors);
   EXPECT_EQ(seen[0], clWhite);
   TBitmap c;
   c.LoadFromFile(FromUTF8(path));
