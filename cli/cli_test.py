@@ -89,25 +89,21 @@ class Codecs(Base):
 
 
 class Text(Base):
-    def test_grep(self):
+    def test_grep_lines_tail_detect_header(self):
         path = self.file("t.txt", "one 12 two\r\nnothing\nÄrger 7 and 88\n".encode())
-        self.assertEqual(self.ok("grep", "[0-9]+", path).decode(),
-                         "one 12 two\nÄrger 7 and 88\n")
-        self.assertEqual(self.ok("grep", "-n", "-p", "[0-9]+", path).decode(),
-                         "1:5-6:12\n3:7-7:7\n3:13-14:88\n")
-        self.assertEqual(self.ok("grep", "-c", "-i", "RGER", path, path).decode(),
-                         "%s:1\n%s:1\n" % (path, path))
-        self.assertEqual(self.ok("grep", "^no", "-", stdin=b"no\nyes\n"), b"no\n")
-
-    def test_lines_tail_detect_header(self):
-        path = self.file("t.txt", b"a\r\nb\nc\rd")
-        self.assertEqual(self.ok("lines", path), b"4\n")
-        self.assertEqual(self.ok("tail", "-n", "2", path), b"c\nd\n")
-        self.assertEqual(self.ok("tail", "-n", "9", path), b"a\nb\nc\nd\n")
-        self.assertTrue(self.ok("detect", self.file("u", b"\xef\xbb\xbfx")).startswith(b"tftUTF8"))
+        ends = self.file("e.txt", b"a\r\nb\nc\rd")
         asc = self.file("h.asc", b"Title\r\n12\r\n-3\r\ntrue FALSE true false\r\n")
-        self.assertEqual(self.ok("asc-header", asc),
-                         b"text:  Title\nn1:    12\nn2:    -3\nflags: TRUE FALSE TRUE FALSE\n")
+        for args, want in (
+                (["grep", "[0-9]+", path], "one 12 two\nÄrger 7 and 88\n"),
+                (["grep", "-n", "-p", "[0-9]+", path], "1:5-6:12\n3:7-7:7\n3:13-14:88\n"),
+                (["grep", "-c", "-i", "RGER", path, path], "%s:1\n%s:1\n" % (path, path)),
+                (["lines", ends], "4\n"), (["tail", "-n", "2", ends], "c\nd\n"),
+                (["tail", "-n", "9", ends], "a\nb\nc\nd\n"),
+                (["asc-header", asc],
+                 "text:  Title\nn1:    12\nn2:    -3\nflags: TRUE FALSE TRUE FALSE\n")):
+            self.assertEqual(self.ok(*args).decode(), want, args)
+        self.assertEqual(self.ok("grep", "^no", "-", stdin=b"no\nyes\n"), b"no\n")
+        self.assertTrue(self.ok("detect", self.file("u", b"\xef\xbb\xbfx")).startswith(b"tftUTF8"))
         r = run("asc-header", self.file("bad.asc", b"T\n1\n2\nTRUE TRUE TRUE TRUE\n"))
         self.assertEqual(r.returncode, 1)
         self.assertIn("bare LF", r.stderr.decode())
