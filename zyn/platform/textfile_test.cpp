@@ -28,7 +28,7 @@ std::vector<std::u16string> Lines(const std::filesystem::path& path, int code_pa
   return lines;
 }
 
-TEST(TextfileTest, WritesCrLfAndUtf8) {
+TEST(TextfileTest, WritesCrLfInUtf8OrAnEightBitCodePage) {
   TempDir dir;
   Textfile f;
   f.Assign(Name(dir / "t"));
@@ -42,6 +42,16 @@ TEST(TextfileTest, WritesCrLfAndUtf8) {
   f.WriteChar(u'\xDE00');
   f.Close();
   EXPECT_EQ(ReadFileBytes(dir / "t"), "J\xc3\xa4n -42!\r\n\xf0\x9f\x98\x80\r\n\xf0\x9f\x98\x80");
+  WriteFileBytes(dir / "t", "\xe4\x80\r\n");
+  EXPECT_EQ(Lines(dir / "t", kCpWindows1252), std::vector<std::u16string>{u"\u00e4\u20ac"});
+  EXPECT_EQ(Lines(dir / "t", kCpLatin1), std::vector<std::u16string>{u"\u00e4\u0080"});
+  f.Assign(Name(dir / "t"), kCpWindows1252);
+  f.Rewrite();
+  f.WriteString(u"\u00e4\u20ac\u4e00");
+  f.Close();
+  EXPECT_EQ(ReadFileBytes(dir / "t"), "\xe4\x80?");
+  EXPECT_THROW(f.Assign(u"x", 437), EInOutError);
+  EXPECT_EQ(IOResult(), kIoUnsupportedCodePage);
 }
 
 TEST(TextfileTest, ReadLnAcceptsEveryLineEnd) {
@@ -81,21 +91,6 @@ TEST(TextfileTest, InvalidUtf8SurvivesAReadWriteRoundTrip) {
   out.Close();
   EXPECT_EQ(all, FromUTF8(bytes));
   EXPECT_EQ(ReadFileBytes(dir / "out"), bytes);
-}
-
-TEST(TextfileTest, EightBitCodePages) {
-  TempDir dir;
-  WriteFileBytes(dir / "t", "\xe4\x80\r\n");
-  EXPECT_EQ(Lines(dir / "t", kCpWindows1252), std::vector<std::u16string>{u"\u00e4\u20ac"});
-  EXPECT_EQ(Lines(dir / "t", kCpLatin1), std::vector<std::u16string>{u"\u00e4\u0080"});
-  Textfile f;
-  f.Assign(Name(dir / "t"), kCpWindows1252);
-  f.Rewrite();
-  f.WriteString(u"\u00e4\u20ac\u4e00");
-  f.Close();
-  EXPECT_EQ(ReadFileBytes(dir / "t"), "\xe4\x80?");
-  EXPECT_THROW(f.Assign(u"x", 437), EInOutError);
-  EXPECT_EQ(IOResult(), kIoUnsupportedCodePage);
 }
 
 TEST(TextfileTest, ReadIntegerSkipsWhiteSpaceAndLineEnds) {
