@@ -28,7 +28,7 @@ std::vector<std::u16string> Lines(const std::filesystem::path& path, int code_pa
   return lines;
 }
 
-TEST(TextfileTest, WritesCrLfAndUtf8) {
+TEST(TextfileTest, WritesCrLfInUtf8OrAnEightBitCodePage) {
   TempDir dir;
   Textfile f;
   f.Assign(Name(dir / "t"));
@@ -42,18 +42,25 @@ TEST(TextfileTest, WritesCrLfAndUtf8) {
   f.WriteChar(u'\xDE00');
   f.Close();
   EXPECT_EQ(ReadFileBytes(dir / "t"), "J\xc3\xa4n -42!\r\n\xf0\x9f\x98\x80\r\n\xf0\x9f\x98\x80");
+  WriteFileBytes(dir / "t", "\xe4\x80\r\n");
+  EXPECT_EQ(Lines(dir / "t", kCpWindows1252), std::vector<std::u16string>{u"\u00e4\u20ac"});
+  EXPECT_EQ(Lines(dir / "t", kCpLatin1), std::vector<std::u16string>{u"\u00e4\u0080"});
+  f.Assign(Name(dir / "t"), kCpWindows1252);
+  f.Rewrite();
+  f.WriteString(u"\u00e4\u20ac\u4e00");
+  f.Close();
+  EXPECT_EQ(ReadFileBytes(dir / "t"), "\xe4\x80?");
+  EXPECT_THROW(f.Assign(u"x", 437), EInOutError);
+  EXPECT_EQ(IOResult(), kIoUnsupportedCodePage);
 }
 
 TEST(TextfileTest, ReadLnAcceptsEveryLineEnd) {
+  // clang-format off
   const std::tuple<std::string_view, std::vector<std::u16string>> cases[] = {
-      {"", {}},
-      {"a", {u"a"}},
-      {"a\r\n", {u"a"}},
-      {"a\r\nb\nc\rd", {u"a", u"b", u"c", u"d"}},
-      {"\r\n\r\n", {u"", u""}},
-      {"a\n\rb", {u"a", u"", u"b"}},
-      {"a\r\r\nb", {u"a", u"", u"b"}},
+      {"", {}}, {"a", {u"a"}}, {"a\r\n", {u"a"}}, {"a\r\nb\nc\rd", {u"a", u"b", u"c", u"d"}},
+      {"\r\n\r\n", {u"", u""}}, {"a\n\rb", {u"a", u"", u"b"}}, {"a\r\r\nb", {u"a", u"", u"b"}},
   };
+  // clang-format on
   TempDir dir;
   for (const auto& [bytes, lines] : cases) {
     SCOPED_TRACE(std::string(bytes));
@@ -84,21 +91,6 @@ TEST(TextfileTest, InvalidUtf8SurvivesAReadWriteRoundTrip) {
   out.Close();
   EXPECT_EQ(all, FromUTF8(bytes));
   EXPECT_EQ(ReadFileBytes(dir / "out"), bytes);
-}
-
-TEST(TextfileTest, EightBitCodePages) {
-  TempDir dir;
-  WriteFileBytes(dir / "t", "\xe4\x80\r\n");
-  EXPECT_EQ(Lines(dir / "t", kCpWindows1252), std::vector<std::u16string>{u"\u00e4\u20ac"});
-  EXPECT_EQ(Lines(dir / "t", kCpLatin1), std::vector<std::u16string>{u"\u00e4\u0080"});
-  Textfile f;
-  f.Assign(Name(dir / "t"), kCpWindows1252);
-  f.Rewrite();
-  f.WriteString(u"\u00e4\u20ac\u4e00");
-  f.Close();
-  EXPECT_EQ(ReadFileBytes(dir / "t"), "\xe4\x80?");
-  EXPECT_THROW(f.Assign(u"x", 437), EInOutError);
-  EXPECT_EQ(IOResult(), kIoUnsupportedCodePage);
 }
 
 TEST(TextfileTest, ReadIntegerSkipsWhiteSpaceAndLineEnds) {
@@ -133,6 +125,18 @@ void RunScript(Textfile& f, std::string_view script) {
 }
 // clang-format on
 
+// Runs `script`, which must fail with `status`, raised and left for IOResult.
+void ExpectStatus(Textfile& f, std::string_view script, int status) {
+  try {
+    RunScript(f, script);
+    ADD_FAILURE() << "no exception";
+  } catch (const EInOutError& e) {
+    EXPECT_EQ(e.ErrorCode(), status);
+  }
+  EXPECT_EQ(IOResult(), status);
+  EXPECT_EQ(IOResult(), 0);  // cleared by the first call
+}
+
 TEST(TextfileTest, FailuresRaiseWithTheirStatus) {
   struct Case {
     const char* file;  // its content, or nullptr for a missing file
@@ -140,63 +144,36 @@ TEST(TextfileTest, FailuresRaiseWithTheirStatus) {
     std::string_view script;
     int status;
   };
+  // clang-format off
   const Case cases[] = {
-      {nullptr, "missing", "R", kIoFileNotFound},
-      {nullptr, "missing", "A", kIoFileNotFound},
-      {nullptr, "missing/x", "W", kIoFileNotFound},
-      {nullptr, "", "R", kIoAccessDenied},
-      {"a", "t", "C", kIoFileNotOpen},
-      {"a", "t", "E", kIoFileNotOpen},
-      {"a", "t", "Rl", kIoNotOpenForOutput},
-      {"a", "t", "Wr", kIoNotOpenForInput},
-      {"a", "t", "Rcc", kIoReadError},
-      {"x", "t", "Ri", kIoInvalidNumericInput},
-      {"12x", "t", "Ri", kIoInvalidNumericInput},
-      {"-", "t", "Ri", kIoInvalidNumericInput},
-      {"$", "t", "Ri", kIoInvalidNumericInput},
-      {"2147483648", "t", "Ri", kIoInvalidNumericInput},
+      {nullptr, "missing", "R", kIoFileNotFound}, {nullptr, "missing", "A", kIoFileNotFound},
+      {nullptr, "missing/x", "W", kIoFileNotFound}, {nullptr, "", "R", kIoAccessDenied},
+      {"a", "t", "C", kIoFileNotOpen}, {"a", "t", "E", kIoFileNotOpen},
+      {"a", "t", "Rl", kIoNotOpenForOutput}, {"a", "t", "Wr", kIoNotOpenForInput},
+      {"a", "t", "Rcc", kIoReadError}, {"x", "t", "Ri", kIoInvalidNumericInput},
+      {"12x", "t", "Ri", kIoInvalidNumericInput}, {"-", "t", "Ri", kIoInvalidNumericInput},
+      {"$", "t", "Ri", kIoInvalidNumericInput}, {"2147483648", "t", "Ri", kIoInvalidNumericInput},
   };
+  // clang-format on
   TempDir dir;
   for (const Case& c : cases) {
     SCOPED_TRACE(::testing::Message() << c.name << " " << c.script);
     if (c.file != nullptr) WriteFileBytes(dir / c.name, c.file);
     Textfile f;
     f.Assign(Name(*c.name ? dir / c.name : dir.path()));
-    try {
-      RunScript(f, c.script);
-      ADD_FAILURE() << "no exception";
-    } catch (const EInOutError& e) {
-      EXPECT_EQ(e.ErrorCode(), c.status);
-    }
-    EXPECT_EQ(IOResult(), c.status);
-    EXPECT_EQ(IOResult(), 0);  // cleared by the first call
+    ExpectStatus(f, c.script, c.status);
   }
   // A NUL would cut the name short and reach another file: refused.
-  {
-    Textfile f;
-    f.Assign(Name(dir / "a") + std::u16string(1, u'\0') + u"b");
-    EXPECT_THROW(f.Rewrite(), EInOutError);
-    EXPECT_EQ(IOResult(), kIoInvalidFileName);
-    EXPECT_FALSE(std::filesystem::exists(dir / "a"));
-  }
   WriteFileBytes(dir / "a", "x");
-  const std::u16string nul_name = Name(dir / "a") + std::u16string(1, u'\0') + u"b";
   for (const char open : {'R', 'W', 'A'}) {
     SCOPED_TRACE(open);
     Textfile f;
-    f.Assign(nul_name);
-    try {
-      RunScript(f, std::string(1, open));
-      ADD_FAILURE() << "no exception";
-    } catch (const EInOutError& e) {
-      EXPECT_EQ(e.ErrorCode(), kIoInvalidFileName);
-    }
-    EXPECT_EQ(IOResult(), kIoInvalidFileName);
+    f.Assign(Name(dir / "a") + std::u16string(u"\0b", 2));
+    ExpectStatus(f, std::string(1, open), kIoInvalidFileName);
   }
   EXPECT_EQ(ReadFileBytes(dir / "a"), "x");
   Textfile unassigned;
-  EXPECT_THROW(unassigned.Reset(), EInOutError);
-  EXPECT_EQ(IOResult(), kIoFileNotAssigned);
+  ExpectStatus(unassigned, "R", kIoFileNotAssigned);
 }
 
 TEST(TextfileTest, AppendResetAndRewind) {
